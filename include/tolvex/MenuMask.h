@@ -1,0 +1,19 @@
+// libTolvex_MenuMask: renders the DVD highlight mask of a template's menu page.
+#ifndef TOLVEX_MENUMASK_H
+#define TOLVEX_MENUMASK_H
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+// Renders the mask of the menu page described by `templateFile` into an uncompressed BMP
+// named by its "OutMask" key (default "<template name>_mask.bmp", then recorded): black
+// everywhere but each visible button's frame ring, drawn in one marking colour without
+// anti-aliasing. Returns nonzero on success, 0 on any failure. Prints nothing.
+__attribute__((visibility("default"))) int CreateMaskMenuBmp(char* templateFile);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif  // TOLVEX_MENUMASK_H
