@@ -1,0 +1,57 @@
+// Reads a whole menu page the way the library reads it: the page-wide values, the previous and
+// next buttons, and every layout with the buttons found in it. The reading is done on a
+// scratch copy of the template (layouts are reached by switching "CurrentNumberOfButton",
+// which writes), so the user's file is never touched. Used by show and check.
+#ifndef TOLVEX_TOOLS_PAGEREADER_H
+#define TOLVEX_TOOLS_PAGEREADER_H
+
+#include "tools/Properties.h"
+#include "tools/TemplatePath.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace menutool {
+
+// One property as read at one place; `found` is the getter's result.
+struct Reading {
+  const Property* property;
+  bool found = false;
+  Values values;
+};
+
+struct ButtonReading {
+  unsigned index;
+  std::vector<Reading> properties;  // every button.* property, in table order
+  // The reading of `name` ("button.rect"), or nullptr when it was not found.
+  const Reading* Find(const std::string& name) const;
+};
+
+struct LayoutReading {
+  long long count;
+  bool current;     // the layout the per-button calls use now
+  bool hasSection;  // the file holds a "NumOfButton<count>" section
+  std::vector<ButtonReading> buttons;
+};
+
+struct PageReading {
+  std::vector<Reading> page;    // every page-wide property, in table order
+  std::vector<Reading> nav[2];  // every nav.* property of prev (0) and next (1)
+  std::optional<long long> layoutInUse;  // as the library's lookup finds it
+  std::vector<LayoutReading> layouts;    // ascending by count
+  const Reading* FindPage(const std::string& name) const;
+};
+
+// The most button indexes looked at in a layout beyond its own count: a DVD menu page has at
+// most 36 buttons, and the index base (0 or 1) is the application's choice.
+constexpr unsigned kButtonIndexBound = 36;
+// Layouts for counts 1..maximum are looked for only up to this maximum.
+constexpr long long kLayoutBound = 99;
+
+// Reads the page kept in `scratch`, a scratch copy of the template, which this writes.
+PageReading ReadPage(const std::string& scratch);
+
+}  // namespace menutool
+
+#endif  // TOLVEX_TOOLS_PAGEREADER_H

@@ -1,0 +1,31 @@
+// Reads of a template file through the platform's profile functions (<tolvex/Profile.h>),
+// for what CMenuTemplate cannot say: whether a key holds the reserved text "default" rather
+// than being absent, how long a value really is before an 80-byte buffer cuts it, which
+// layout sections exist, and which layout "CurrentNumberOfButton" selects even when it does not
+// read as a number. Reads only; never writes.
+#ifndef TOLVEX_TOOLS_RAWPROFILE_H
+#define TOLVEX_TOOLS_RAWPROFILE_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace menutool {
+
+// The whole stored value of `key`, or nullopt when the file, section or key is missing.
+std::optional<std::string> RawValue(const std::string& path, const std::string& section,
+                                    const std::string& key);
+
+// The names of all sections of the file, in file order.
+std::vector<std::string> SectionNames(const std::string& path);
+
+// The button count whose layout the per-button calls use, found the way the library finds
+// it (missing key: none; otherwise the leading integer of the text, 0 when there is none).
+std::optional<long long> LayoutInUse(const std::string& path);
+
+// The count of a section named "NumOfButton<count>", or nullopt for any other section.
+std::optional<long long> LayoutCount(const std::string& section);
+
+}  // namespace menutool
+
+#endif  // TOLVEX_TOOLS_RAWPROFILE_H

@@ -1,0 +1,109 @@
+// Parsing and printing of property values (see Values.h).
+#include "tools/Values.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+
+namespace menutool {
+namespace {
+
+// Whole-word decimal integer within [lo, hi]. strtoll alone would accept blanks, "12abc" and
+// a leading "+"; the library's atoi would accept even more, so we are strict here instead.
+std::optional<long long> ParseInteger(const std::string& word, long long lo, long long hi,
+                                      std::string* why) {
+  std::size_t digits = (!word.empty() && word[0] == '-') ? 1 : 0;
+  if (word.size() == digits || word.find_first_not_of("0123456789", digits) != std::string::npos) {
+    *why = "'" + word + "' is not a number";
+    return std::nullopt;
+  }
+  errno = 0;
+  long long n = std::strtoll(word.c_str(), nullptr, 10);
+  if (errno == ERANGE || n < lo || n > hi) {
+    *why = "'" + word + "' is out of range (" + std::to_string(lo) + ".." + std::to_string(hi) +
+           ")";
+    return std::nullopt;
+  }
+  return n;
+}
+
+std::optional<long long> ParseFlag(const std::string& word, std::string* why) {
+  for (const char* yes : {"yes", "true", "on", "1"})
+    if (word == yes) return 1;
+  for (const char* no : {"no", "false", "off", "0"})
+    if (word == no) return 0;
+  *why = "'" + word + "' is not yes or no";
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<Value> ParseValue(Kind kind, const std::string& word, std::string* why) {
+  Value value;
+  std::optional<long long> number;
+  switch (kind) {
+    case Kind::kText:
+      value.text = word;
+      return value;
+    case Kind::kInt:
+      number = ParseInteger(word, INT32_MIN, INT32_MAX, why);
+      break;
+    case Kind::kUInt:
+      number = ParseInteger(word, 0, UINT32_MAX, why);
+      break;
+    case Kind::kFlag:
+      number = ParseFlag(word, why);
+      break;
+    case Kind::kMode:
+      if (word == "ntsc" || word == "NTSC") number = 1;
+      else if (word == "pal" || word == "PAL") number = 0;
+      else *why = "'" + word + "' is neither ntsc nor pal";
+      break;
+  }
+  if (!number) return std::nullopt;
+  value.number = *number;
+  return value;
+}
+
+std::string FormatValue(Kind kind, const Value& value) {
+  switch (kind) {
+    case Kind::kText:
+      return value.text;
+    case Kind::kFlag:
+      return value.number ? "yes" : "no";
+    case Kind::kMode:
+      return value.number ? "ntsc" : "pal";
+    case Kind::kInt:
+    case Kind::kUInt:
+      break;
+  }
+  return std::to_string(value.number);
+}
+
+nlohmann::json ValueToJson(Kind kind, const Value& value) {
+  switch (kind) {
+    case Kind::kText:
+      return value.text;
+    case Kind::kFlag:
+      return value.number != 0;
+    case Kind::kMode:
+      return value.number ? "ntsc" : "pal";
+    case Kind::kInt:
+    case Kind::kUInt:
+      break;
+  }
+  return value.number;
+}
+
+const char* KindHint(Kind kind) {
+  switch (kind) {
+    case Kind::kText: return "text";
+    case Kind::kInt: return "integer";
+    case Kind::kUInt: return "0..4294967295";
+    case Kind::kFlag: return "yes|no";
+    case Kind::kMode: return "ntsc|pal";
+  }
+  return "";
+}
+
+}  // namespace menutool
