@@ -1,0 +1,22 @@
+// The resize command: scales a picture through CMenuTemplate::ResizeImage (the renderer's
+// ImageResize), which takes the target's format from its extension.
+#include "tools/Commands.h"
+#include "tools/ToolError.h"
+
+#include <tolvex/MenuTemplate.h>
+
+#include <unistd.h>
+
+namespace menutool {
+
+int RunResize(const std::string& source, const std::string& target, unsigned width,
+              unsigned height) {
+  if (access(source.c_str(), R_OK) != 0) throw ToolError(source, "no such picture");
+  CMenuTemplate menu;
+  if (!menu.ResizeImage(CString(source.c_str()), CString(target.c_str()), width, height))
+    throw ToolError(source, "cannot resize to " + std::to_string(width) + "x" +
+                                std::to_string(height) + " into " + target);
+  return kExitOk;
+}
+
+}  // namespace menutool

@@ -1,0 +1,108 @@
+// The command line of menutemplate (see CommandLine.h). The property list in the help comes
+// from the property table, so it cannot drift from what get and set accept.
+#include "tools/CommandLine.h"
+
+#include "tools/Commands.h"
+#include "tools/Properties.h"
+#include "tools/ToolError.h"
+
+#include <CLI/CLI.hpp>
+
+#include <functional>
+#include <iostream>
+
+namespace menutool {
+namespace {
+
+void AddPropertyOptions(CLI::App* command, PropertyOptions* options) {
+  command->add_option("FILE", options->file, "template file")->required();
+  command->add_option("PROPERTY", options->property, "property name (see the list below)")
+      ->required();
+  command->add_option("--button", options->button, "button index, for button.* properties");
+  command->add_option("--nav", options->nav, "prev or next, for nav.* properties")
+      ->check(CLI::IsMember({"prev", "next"}));
+  command->footer(PropertyList());
+}
+
+}  // namespace
+
+int RunCommandLine(int argc, char** argv) {
+  CLI::App app{"Reads, writes, checks and renders DVD menu templates."};
+  app.name("menutemplate");
+  app.require_subcommand(1);
+  app.footer(PropertyList());
+  std::function<int()> run;
+
+  NewOptions make;
+  CLI::App* cmd = app.add_subcommand("new", "write a complete, renderable template");
+  cmd->add_option("FILE", make.file, "template file to create")->required();
+  cmd->add_option("--buttons", make.buttons, "current button count")
+      ->check(CLI::Range(1, 36));
+  cmd->add_option("--max", make.max, "layouts are written for 1..MAX buttons (default: --buttons)")
+      ->check(CLI::Range(1, 36));
+  auto* ntsc = cmd->add_flag("--ntsc", "NTSC page, 720x480 (the default)");
+  cmd->add_flag("--pal", make.pal, "PAL page, 720x576")->excludes(ntsc);
+  cmd->add_option("--background", make.background, "background picture");
+  cmd->add_option("--button-picture", make.buttonPicture, "picture of every button");
+  cmd->add_option("--music", make.music, "background music");
+  cmd->add_option("--title", make.title, "page title")->capture_default_str();
+  cmd->add_flag("--force", make.force, "replace FILE if it exists");
+  cmd->callback([&] { run = [&] { return RunNew(make); }; });
+
+  PropertyOptions get;
+  cmd = app.add_subcommand("get", "print one property");
+  AddPropertyOptions(cmd, &get);
+  cmd->callback([&] { run = [&] { return RunGet(get); }; });
+
+  PropertyOptions set;
+  cmd = app.add_subcommand("set", "change one property");
+  AddPropertyOptions(cmd, &set);
+  cmd->add_option("VALUE", set.values, "the property's values, in the order listed below")
+      ->required();
+  cmd->callback([&] { run = [&] { return RunSet(set); }; });
+
+  std::string file;
+  bool json = false;
+  cmd = app.add_subcommand("show", "print the whole page: settings, prev/next, every layout");
+  cmd->add_option("FILE", file, "template file")->required();
+  cmd->add_flag("--json", json, "print JSON");
+  cmd->callback([&] { run = [&] { return RunShow(file, json); }; });
+
+  cmd = app.add_subcommand("check", "find what will go wrong on rendering (exit 0 clean, 1 warnings, 2 errors)");
+  cmd->add_option("FILE", file, "template file")->required();
+  cmd->callback([&] { run = [&] { return RunCheck(file); }; });
+
+  std::string preview;
+  cmd = app.add_subcommand("render", "render the menu picture and its mask");
+  cmd->add_option("FILE", file, "template file")->required();
+  cmd->add_option("--preview", preview, "also write a PNG of the menu with the button areas outlined");
+  cmd->callback([&] { run = [&] { return RunRender(file, preview); }; });
+
+  std::string source, target;
+  unsigned width = 0, height = 0;
+  cmd = app.add_subcommand("resize", "scale a picture");
+  cmd->add_option("SOURCE", source, "picture to read")->required();
+  cmd->add_option("TARGET", target, "picture to write; its extension names the format")->required();
+  cmd->add_option("WIDTH", width, "width in pixels")->required()->check(CLI::Range(1, 65535));
+  cmd->add_option("HEIGHT", height, "height in pixels")->required()->check(CLI::Range(1, 65535));
+  cmd->callback([&] { run = [&] { return RunResize(source, target, width, height); }; });
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp& help) {
+    return app.exit(help);
+  } catch (const CLI::CallForAllHelp& help) {
+    return app.exit(help);
+  } catch (const CLI::ParseError& error) {
+    std::cerr << "menutemplate: " << error.what() << " (see menutemplate --help)\n";
+    return kExitError;
+  }
+  try {
+    return run();
+  } catch (const ToolError& error) {
+    std::cerr << "menutemplate: " << error.what() << "\n";
+    return error.status();
+  }
+}
+
+}  // namespace menutool

@@ -1,0 +1,43 @@
+// The subcommands of menutemplate, one function each (each in its own Cmd*.cpp), with the
+// options the command line gives them. Each returns the exit status or throws ToolError.
+#ifndef TOLVEX_TOOLS_COMMANDS_H
+#define TOLVEX_TOOLS_COMMANDS_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace menutool {
+
+struct NewOptions {
+  std::string file;
+  unsigned buttons = 4;
+  std::optional<unsigned> max;  // default: the button count
+  bool pal = false;
+  std::string background;
+  std::string buttonPicture;
+  std::string music;
+  std::string title = "Main Menu";
+  bool force = false;
+};
+
+struct PropertyOptions {
+  std::string file;
+  std::string property;
+  std::vector<std::string> values;  // set only
+  std::optional<unsigned> button;
+  std::optional<std::string> nav;   // "prev" or "next"
+};
+
+int RunNew(const NewOptions& options);
+int RunGet(const PropertyOptions& options);
+int RunSet(const PropertyOptions& options);
+int RunShow(const std::string& file, bool json);
+int RunCheck(const std::string& file);
+int RunRender(const std::string& file, const std::string& preview);
+int RunResize(const std::string& source, const std::string& target, unsigned width,
+              unsigned height);
+
+}  // namespace menutool
+
+#endif  // TOLVEX_TOOLS_COMMANDS_H
