@@ -5,6 +5,7 @@
 #include "tools/Properties.h"
 
 #include <algorithm>
+#include <optional>
 #include <sstream>
 #include <tuple>
 
@@ -204,7 +205,7 @@ std::vector<Property> BuildTable() {
     {"button.picture", B, kPicture, "button picture", layout, {"ButtonBmp{i}"}, 80, true,
      Get(&C::GetBtnBMP), Set(&C::SetBtnBMP)},
     {"button.navinfo", B, kNavInfo,
-     "navigation values r (row) and c (column); buttons 0 and 1 are stored beside prev/next",
+     "navigation values r (row) and c (column)",
      layout, {"ButtonNavigationInfo_r{i}", "ButtonNavigationInfo_c{i}"}, 80, false,
      Get(&C::GetBtnNavInfo), Set(&C::SetBtnNavInfo)},
     {"button.title", B, kText, "the button's title", layout, {"ButtonTitle{i}"}, 80, false,
@@ -263,16 +264,21 @@ const Property* FindProperty(const std::string& name) {
 
 std::string PropertyList() {
   std::ostringstream out;
-  out << "Properties (get, set; show lists them all):\n";
+  out << "Properties of get and set (show prints them all):";
+  const char* headings[] = {"Page", "Previous or next button (--nav prev|next)",
+                            "Numbered button of the current layout (--button I)"};
+  std::optional<Scope> scope;
   for (const Property& p : Properties()) {
-    std::string option = p.scope == Scope::kNav      ? " --nav prev|next"
-                         : p.scope == Scope::kButton ? " --button I"
-                                                     : "";
-    std::string usage = p.name + option + " " + p.ValueNames();
-    out << "  " << usage << std::string(usage.size() < 48 ? 48 - usage.size() : 1, ' ')
-        << p.help << "\n";
+    if (p.scope != scope) {
+      scope = p.scope;
+      out << "\n  " << headings[static_cast<int>(p.scope)] << ":\n";
+    }
+    std::string name = p.name, values = p.ValueNames();
+    out << "    " << name << std::string(name.size() < 25 ? 25 - name.size() : 1, ' ') << values
+        << std::string(values.size() < 23 ? 23 - values.size() : 1, ' ') << p.help << "\n";
   }
-  out << "Flags take yes|no, the mode ntsc|pal, colours 0..255 each.\n";
+  out << "\nMODE is ntsc or pal; ENABLED, ITALIC, BOLD and UNDERLINE are yes or no; colours are\n"
+         "usually 0..255. Pictures are named relative to the template's folder.\n";
   return out.str();
 }
 
