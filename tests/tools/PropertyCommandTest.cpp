@@ -1,0 +1,152 @@
+// get and set: every kind of value round-trips, button properties follow the current layout,
+// and bad input is refused with one line naming the file, leaving the file as it was.
+#include "ToolRunner.h"
+
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using tolvex::test::ReadFile;
+using tolvex::test::RunTool;
+using tolvex::test::TempDir;
+using tolvex::test::ToolResult;
+using tolvex::test::WriteFile;
+
+namespace {
+
+class PropertyCommand : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(RunTool({"new", file, "--buttons", "4", "--max", "4"}).status, 0);
+  }
+  ToolResult Run(std::vector<std::string> args) {
+    args.insert(args.begin() + 1, file);
+    return RunTool(args);
+  }
+
+  TempDir dir;
+  std::string file = dir.File("menu.ini");
+};
+
+struct RoundTrip {
+  std::vector<std::string> where;  // --button I or --nav prev|next, if any
+  std::string property;
+  std::vector<std::string> values;
+  std::string printed;
+};
+
+}  // namespace
+
+TEST_F(PropertyCommand, EveryKindOfValueReadsBackAsWritten) {
+  const RoundTrip cases[] = {
+      {{}, "mode", {"pal"}, "pal"},
+      {{}, "title", {"Films of 1999 = \"best\""}, "Films of 1999 = \"best\""},
+      {{}, "title", {""}, ""},
+      {{}, "title.position", {"-5", "40"}, "-5 40"},
+      {{}, "title.font.style", {"yes", "no", "true"}, "yes no yes"},
+      {{}, "title.font.rgb", {"300", "0", "4294967295"}, "300 0 4294967295"},
+      {{}, "buttons.max", {"9"}, "9"},
+      {{"--nav", "next"}, "nav.enabled", {"no"}, "no"},
+      {{"--nav", "prev"}, "nav.rect", {"10", "20", "110", "70"}, "10 20 110 70"},
+      {{"--nav", "next"}, "nav.navinfo", {"3", "7"}, "3 7"},
+      {{"--button", "2"}, "button.rect", {"100", "120", "260", "210"}, "100 120 260 210"},
+      {{"--button", "3"}, "button.title.font.name", {"DejaVu Serif"}, "DejaVu Serif"},
+      {{"--button", "4"}, "button.navinfo", {"2", "3"}, "2 3"},
+      {{"--button", "57"}, "button.frame.size", {"6"}, "6"},
+  };
+  for (const RoundTrip& c : cases) {
+    SCOPED_TRACE(c.property);
+    std::vector<std::string> set{"set", c.property};
+    set.insert(set.end(), c.values.begin(), c.values.end());
+    set.insert(set.end(), c.where.begin(), c.where.end());
+    ToolResult written = Run(set);
+    ASSERT_EQ(written.status, 0) << written.err;
+    std::vector<std::string> get{"get", c.property};
+    get.insert(get.end(), c.where.begin(), c.where.end());
+    ToolResult read = Run(get);
+    EXPECT_EQ(read.status, 0) << read.err;
+    EXPECT_EQ(read.out, c.printed + "\n");
+  }
+}
+
+TEST_F(PropertyCommand, ButtonPropertiesFollowTheCurrentLayout) {
+  ASSERT_EQ(Run({"set", "button.title", "Intro", "--button", "1"}).status, 0);
+  ASSERT_EQ(Run({"set", "buttons.current", "2"}).status, 0);
+  EXPECT_EQ(Run({"get", "button.title", "--button", "1"}).out, "Chapter 1\n");
+  EXPECT_EQ(Run({"get", "button.title", "--button", "3"}).status, 1);
+  ASSERT_EQ(Run({"set", "buttons.current", "4"}).status, 0);
+  EXPECT_EQ(Run({"get", "button.title", "--button", "1"}).out, "Intro\n");
+}
+
+TEST_F(PropertyCommand, AValueThatReadsAsMissingExitsOne) {
+  ASSERT_EQ(Run({"set", "title", "default"}).status, 0);
+  ToolResult read = Run({"get", "title"});
+  EXPECT_EQ(read.status, 1);
+  EXPECT_EQ(read.out, "");
+  EXPECT_NE(read.err.find(file + ": title: no value"), std::string::npos) << read.err;
+  EXPECT_EQ(Run({"get", "nav.picture", "--nav", "prev"}).status, 0);  // empty, not missing
+}
+
+TEST_F(PropertyCommand, BadInputIsOneLineNamingTheFileAndChangesNothing) {
+  struct Bad {
+    std::vector<std::string> args;
+    std::string message;
+  };
+  const Bad cases[] = {
+      {{"get", "titel"}, "unknown property 'titel'"},
+      {{"set", "title.position", "1"}, "title.position takes 2 values (X Y), got 1"},
+      {{"set", "title", "a", "b"}, "title takes 1 value (TEXT), got 2"},
+      {{"set", "title.font.size", "12abc"}, "'12abc' is not a number"},
+      {{"set", "button.frame.size", "-1", "--button", "1"}, "out of range"},
+      {{"set", "mode", "secam"}, "neither ntsc nor pal"},
+      {{"set", "button.title", "x"}, "button.title needs --button I"},
+      {{"get", "title", "--button", "1"}, "title takes no --button"},
+      {{"get", "nav.rect"}, "nav.rect needs --nav prev|next"},
+  };
+  const std::string before = ReadFile(file);
+  for (const Bad& c : cases) {
+    ToolResult result = Run(c.args);
+    SCOPED_TRACE(c.message);
+    EXPECT_EQ(result.status, 2);
+    EXPECT_NE(result.err.find(file + ": "), std::string::npos) << result.err;
+    EXPECT_NE(result.err.find(c.message), std::string::npos) << result.err;
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+  }
+  EXPECT_EQ(ReadFile(file), before);
+  EXPECT_EQ(Run({"get", "nav.rect", "--nav", "middle"}).status, 2);
+}
+
+TEST(PropertyCommandFiles, MissingFilesAndLayoutsAreNamed) {
+  TempDir dir;
+  const std::string missing = dir.File("none.ini");
+  for (const auto& args : std::vector<std::vector<std::string>>{
+           {"get", missing, "title"}, {"set", missing, "title", "x"}, {"show", missing},
+           {"check", missing}, {"render", missing}}) {
+    ToolResult result = RunTool(args);
+    EXPECT_EQ(result.status, 2) << args[0];
+    EXPECT_EQ(result.err, "menutemplate: " + missing + ": no such template file\n");
+  }
+  EXPECT_FALSE(tolvex::test::FileExists(missing));
+
+  const std::string noCount = dir.File("nocount.ini");
+  WriteFile(noCount, "[Background]\r\nNTSC=TRUE\r\n");
+  ToolResult result = RunTool({"set", noCount, "button.title", "x", "--button", "1"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_NE(result.err.find("no current button count"), std::string::npos) << result.err;
+  EXPECT_EQ(ReadFile(noCount), "[Background]\r\nNTSC=TRUE\r\n");
+}
+
+TEST(PropertyCommandFiles, ReadOnlyTemplateIsNotReplaced) {
+  if (geteuid() == 0) GTEST_SKIP() << "root writes read-only files";
+  TempDir dir;
+  const std::string file = dir.File("menu.ini");
+  WriteFile(file, "[Background]\r\nBackgroundTitle=Old\r\n");
+  chmod(file.c_str(), 0444);
+  ToolResult result = RunTool({"set", file, "title", "New"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_NE(result.err.find("cannot write"), std::string::npos) << result.err;
+  EXPECT_EQ(ReadFile(file), "[Background]\r\nBackgroundTitle=Old\r\n");
+}

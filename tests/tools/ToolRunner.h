@@ -1,0 +1,29 @@
+// Runs the built menutemplate binary for the end-to-end tests and captures what it says.
+#ifndef TOLVEX_TESTS_TOOLS_TOOLRUNNER_H
+#define TOLVEX_TESTS_TOOLS_TOOLRUNNER_H
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+namespace tolvex::test {
+
+struct ToolResult {
+  int status = -1;  // exit status, or -1 when the tool did not exit normally
+  std::string out;
+  std::string err;
+};
+
+// Runs menutemplate with `args` in the folder `cwd` (the test's own when empty).
+ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd = "");
+
+// `show --json` of `file`, parsed; fails the test when the tool fails.
+nlohmann::json ShowJson(const std::string& file);
+
+// A picture shipped in examples/.
+std::string ExamplePicture(const std::string& name);
+
+}  // namespace tolvex::test
+
+#endif  // TOLVEX_TESTS_TOOLS_TOOLRUNNER_H
