@@ -28,17 +28,17 @@ const Reading* FindIn(const std::vector<Reading>& readings, const std::string& n
   return nullptr;
 }
 
-// The buttons of the layout now selected in `menu`: every index that has any value.
-std::vector<ButtonReading> ReadButtons(CMenuTemplate& menu, long long count) {
-  unsigned last = static_cast<unsigned>(std::clamp<long long>(count, 0, 999));
-  last = std::max(last, kButtonIndexBound);
+// The buttons of the layout now selected in `menu`: every index that its section has a key
+// for. One listing of the section's keys finds them; probing indexes through the getters would
+// cost a profile read of the whole file per key.
+std::vector<ButtonReading> ReadButtons(CMenuTemplate& menu, const std::string& path,
+                                       long long count) {
+  std::set<unsigned> indexes;
+  for (const std::string& key : KeyNames(path, "NumOfButton" + std::to_string(count)))
+    if (auto index = ButtonIndexOfKey(key)) indexes.insert(*index);
   std::vector<ButtonReading> buttons;
-  for (unsigned index = 0; index <= last; ++index) {
-    ButtonReading button{index, ReadScope(menu, Scope::kButton, index)};
-    if (std::any_of(button.properties.begin(), button.properties.end(),
-                    [](const Reading& r) { return r.found; }))
-      buttons.push_back(std::move(button));
-  }
+  for (unsigned index : indexes)
+    buttons.push_back({index, ReadScope(menu, Scope::kButton, index)});
   return buttons;
 }
 
@@ -69,12 +69,12 @@ PageReading ReadPage(const std::string& scratch) {
   // The layout in use first, while "CurrentNumberOfButton" still holds its own text.
   if (page.layoutInUse) {
     page.layouts.push_back({*page.layoutInUse, true, sections.count(*page.layoutInUse) > 0,
-                            ReadButtons(menu, *page.layoutInUse)});
+                            ReadButtons(menu, scratch, *page.layoutInUse)});
   }
   for (long long count : counts) {
     if (page.layoutInUse && count == *page.layoutInUse) continue;
     menu.SetCurrentNumOfButtons(static_cast<unsigned int>(count));
-    page.layouts.push_back({count, false, sections.count(count) > 0, ReadButtons(menu, count)});
+    page.layouts.push_back({count, false, sections.count(count) > 0, ReadButtons(menu, scratch, count)});
   }
   std::sort(page.layouts.begin(), page.layouts.end(),
             [](const LayoutReading& a, const LayoutReading& b) { return a.count < b.count; });

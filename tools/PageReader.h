@@ -21,6 +21,8 @@ struct Reading {
   Values values;
 };
 
+// A button that its layout section has keys for; the index base (0 or 1) is the
+// application's choice.
 struct ButtonReading {
   unsigned index;
   std::vector<Reading> properties;  // every button.* property, in table order
@@ -43,9 +45,6 @@ struct PageReading {
   const Reading* FindPage(const std::string& name) const;
 };
 
-// The most button indexes looked at in a layout beyond its own count: a DVD menu page has at
-// most 36 buttons, and the index base (0 or 1) is the application's choice.
-constexpr unsigned kButtonIndexBound = 36;
 // Layouts for counts 1..maximum are looked for only up to this maximum.
 constexpr long long kLayoutBound = 99;
 

@@ -4,7 +4,12 @@
 // only names the member functions; the few accessors that do not fit get a lambda.
 #include "tools/Properties.h"
 
+#include <strings.h>
+
 #include <algorithm>
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
 #include <optional>
 #include <sstream>
 #include <tuple>
@@ -90,27 +95,28 @@ bool SetFrom(const Values& in, Call call) {
 
 // Page-wide accessors: int Get(T*...), int Set(T...).
 template <class... T>
-Getter Get(int (CMenuTemplate::*get)(T*...)) {
+Getter PageGet(int (CMenuTemplate::*get)(T*...)) {
   return [get](CMenuTemplate& t, unsigned, Values* out) {
     return GetInto<T...>(out, [&](T*... v) { return (t.*get)(v...) != 0; });
   };
 }
 template <class... T>
-Setter Set(int (CMenuTemplate::*set)(T...)) {
+Setter PageSet(int (CMenuTemplate::*set)(T...)) {
   return [set](CMenuTemplate& t, unsigned, const Values& in) {
     return SetFrom<T...>(in, [&](const T&... v) { return (t.*set)(v...) != 0; });
   };
 }
 
-// Navigation and per-button accessors: the selector or index comes first.
+// Navigation and per-button accessors: the selector or index comes first. (Named apart from
+// the page-wide ones: SetMaxNumOfButtons(unsigned int) would fit both shapes.)
 template <class... T>
-Getter Get(int (CMenuTemplate::*get)(unsigned int, T*...)) {
+Getter AtGet(int (CMenuTemplate::*get)(unsigned int, T*...)) {
   return [get](CMenuTemplate& t, unsigned where, Values* out) {
     return GetInto<T...>(out, [&](T*... v) { return (t.*get)(where, v...) != 0; });
   };
 }
 template <class... T>
-Setter Set(int (CMenuTemplate::*set)(unsigned int, T...)) {
+Setter AtSet(int (CMenuTemplate::*set)(unsigned int, T...)) {
   return [set](CMenuTemplate& t, unsigned where, const Values& in) {
     return SetFrom<T...>(in, [&](const T&... v) { return (t.*set)(where, v...) != 0; });
   };
@@ -135,35 +141,35 @@ std::vector<Property> BuildTable() {
   // clang-format off
   return {
     {"mode", P, {{"MODE", Kind::kMode}}, "television standard of the page: ntsc (720x480) or pal (720x576)",
-     bk, {"NTSC"}, 80, false, Get(&C::GetTemplateMode), Set(&C::SetTemplateMode)},
+     bk, {"NTSC"}, 80, false, PageGet(&C::GetTemplateMode), PageSet(&C::SetTemplateMode)},
     {"background", P, kPicture, "background picture", bk, {"BackgroundBmp"}, 1000, true,
-     Get(&C::GetFileName), Set(&C::SetBkBMPFileName)},
+     PageGet(&C::GetFileName), PageSet(&C::SetBkBMPFileName)},
     {"music", P, {{"FILE", Kind::kText}}, "background music", bk, {"BackgroundMusic"}, 1000, true,
-     Get(&C::GetMusicFileName), Set(&C::SetMusicFileName)},
+     PageGet(&C::GetMusicFileName), PageSet(&C::SetMusicFileName)},
     {"buttons.max", P, {{"COUNT", Kind::kUInt}}, "most buttons the page may have",
-     bk, {"MaximumNumberOfButton"}, 80, false, Get(&C::GetMaxNumOfButtons), Set(&C::SetMaxNumOfButtons)},
+     bk, {"MaximumNumberOfButton"}, 80, false, PageGet(&C::GetMaxNumOfButtons), PageSet(&C::SetMaxNumOfButtons)},
     {"buttons.current", P, {{"COUNT", Kind::kUInt}}, "current button count; selects the layout of every button.* property",
-     bk, {"CurrentNumberOfButton"}, 80, false, Get(&C::GetCurrentNumOfButtons), Set(&C::SetCurrentNumOfButtons)},
+     bk, {"CurrentNumberOfButton"}, 80, false, PageGet(&C::GetCurrentNumOfButtons), PageSet(&C::SetCurrentNumOfButtons)},
     {"output", P, kPicture, "name of the rendered menu picture", bk, {"OutputBmp"}, 1000, false,
-     Get(&C::GetOutputBMPFile), Set(&C::SetOutputBMPFile)},
+     PageGet(&C::GetOutputBMPFile), PageSet(&C::SetOutputBMPFile)},
     {"mask", P, kPicture, "name of the rendered mask picture", bk, {"OutMask"}, 1000, false,
-     Get(&C::GetOutMaskFile), Set(&C::SetOutMaskFile)},
+     PageGet(&C::GetOutMaskFile), PageSet(&C::SetOutMaskFile)},
 
     {"title", P, kText, "page title", bk, {"BackgroundTitle"}, 80, false,
-     Get(&C::GetBkTitle), Set(&C::SetBkTitle)},
+     PageGet(&C::GetBkTitle), PageSet(&C::SetBkTitle)},
     {"title.position", P, kPoint, "where the page title stands",
      bk, {"BackgroundTitlePosition_x", "BackgroundTitlePosition_y"}, 80, false,
-     Get(&C::GetBkTitlePosition), Set(&C::SetBkTitlePosition)},
+     PageGet(&C::GetBkTitlePosition), PageSet(&C::SetBkTitlePosition)},
     {"title.font.name", P, kFontName, "font of the page title", bk, {"BackgroundTitleFont_Name"}, 1000, false,
-     Get(&C::GetBkTitleFontName), Set(&C::SetBkTitleFontName)},
+     PageGet(&C::GetBkTitleFontName), PageSet(&C::SetBkTitleFontName)},
     {"title.font.size", P, kSize, "font size of the page title", bk, {"BackgroundTitleFont_Size"}, 80, false,
-     Get(&C::GetBkTitleFontSize), Set(&C::SetBkTitleFontSize)},
+     PageGet(&C::GetBkTitleFontSize), PageSet(&C::SetBkTitleFontSize)},
     {"title.font.style", P, kStyle, "style flags of the page title",
      bk, {"BackgroundTitleFont_Italic", "BackgroundTitleFont_Bold", "BackgroundTitleFont_Underline"}, 80, false,
-     Get(&C::GetBkTitleFontStyle), Set(&C::SetBkTitleFontStyle)},
+     PageGet(&C::GetBkTitleFontStyle), PageSet(&C::SetBkTitleFontStyle)},
     {"title.font.rgb", P, kRgb, "colour of the page title",
      bk, {"BackgroundTitleFont_R", "BackgroundTitleFont_G", "BackgroundTitleFont_B"}, 80, false,
-     Get(&C::GetBkTitleFontRGB), Set(&C::SetBkTitleFontRGB)},
+     PageGet(&C::GetBkTitleFontRGB), PageSet(&C::SetBkTitleFontRGB)},
 
     {"nav.enabled", N, {{"ENABLED", Kind::kFlag}}, "whether the page shows the button",
      bk, {"Add{nav}Button"}, 80, false,
@@ -177,52 +183,52 @@ std::vector<Property> BuildTable() {
     {"nav.rect", N, kRect, "the button's rectangle on the page",
      nav, {"Button{nav}ButtonPosition_left", "Button{nav}ButtonPosition_right",
            "Button{nav}ButtonPosition_top", "Button{nav}ButtonPosition_bottom"}, 80, false,
-     Get(&C::GetNavBtnPosition), Set(&C::SetNavBtnPosition)},
+     AtGet(&C::GetNavBtnPosition), AtSet(&C::SetNavBtnPosition)},
     {"nav.navinfo", N, kNavInfo, "navigation values r (row) and c (column)",
      nav, {"Button{nav}NavigationInfo_r", "Button{nav}NavigationInfo_c"}, 80, false,
-     Get(&C::GetNavInfo), Set(&C::SetNavInfo)},
+     AtGet(&C::GetNavInfo), AtSet(&C::SetNavInfo)},
     {"nav.frame.size", N, kSize, "frame thickness", nav, {"Button{nav}FrameThickness"}, 80, false,
-     Get(&C::GetNavBtnFrameSize), Set(&C::SetNavBtnFrameSize)},
+     AtGet(&C::GetNavBtnFrameSize), AtSet(&C::SetNavBtnFrameSize)},
     {"nav.frame.rgb", N, kRgb, "frame colour",
      nav, {"Button{nav}Frame_R", "Button{nav}Frame_G", "Button{nav}Frame_B"}, 80, false,
-     Get(&C::GetNavBtnFrameRGB), Set(&C::SetNavBtnFrameRGB)},
+     AtGet(&C::GetNavBtnFrameRGB), AtSet(&C::SetNavBtnFrameRGB)},
     {"nav.frame.picture", N, kPicture, "frame picture", nav, {"Button{nav}FrameBmp"}, 1000, true,
-     Get(&C::GetNavBtnFrameBMP), Set(&C::SetNavBtnFrameBMP)},
+     AtGet(&C::GetNavBtnFrameBMP), AtSet(&C::SetNavBtnFrameBMP)},
     {"nav.picture", N, kPicture, "button picture", nav, {"Button{nav}Bmp"}, 1000, true,
-     Get(&C::GetNavBtnBMPFile), Set(&C::SetNavBtnBMPFile)},
+     AtGet(&C::GetNavBtnBMPFile), AtSet(&C::SetNavBtnBMPFile)},
 
     {"button.rect", B, kRect, "the button's rectangle on the page",
      layout, {"ButtonPosition{i}_left", "ButtonPosition{i}_right", "ButtonPosition{i}_top",
               "ButtonPosition{i}_bottom"}, 80, false,
-     Get(&C::GetBtnPosition), Set(&C::SetBtnPosition)},
+     AtGet(&C::GetBtnPosition), AtSet(&C::SetBtnPosition)},
     {"button.frame.size", B, kSize, "frame thickness", layout, {"ButtonFrameThickness{i}"}, 80, false,
-     Get(&C::GetBtnFrameSize), Set(&C::SetBtnFrameSize)},
+     AtGet(&C::GetBtnFrameSize), AtSet(&C::SetBtnFrameSize)},
     {"button.frame.rgb", B, kRgb, "frame colour",
      layout, {"ButtonFrame_R{i}", "ButtonFrame_G{i}", "ButtonFrame_B{i}"}, 80, false,
-     Get(&C::GetBtnFrameRGB), Set(&C::SetBtnFrameRGB)},
+     AtGet(&C::GetBtnFrameRGB), AtSet(&C::SetBtnFrameRGB)},
     {"button.frame.picture", B, kPicture, "frame picture", layout, {"ButtonFrameBmp{i}"}, 80, true,
-     Get(&C::GetBtnFrameBMP), Set(&C::SetBtnFrameBMP)},
+     AtGet(&C::GetBtnFrameBMP), AtSet(&C::SetBtnFrameBMP)},
     {"button.picture", B, kPicture, "button picture", layout, {"ButtonBmp{i}"}, 80, true,
-     Get(&C::GetBtnBMP), Set(&C::SetBtnBMP)},
+     AtGet(&C::GetBtnBMP), AtSet(&C::SetBtnBMP)},
     {"button.navinfo", B, kNavInfo,
      "navigation values r (row) and c (column)",
      layout, {"ButtonNavigationInfo_r{i}", "ButtonNavigationInfo_c{i}"}, 80, false,
-     Get(&C::GetBtnNavInfo), Set(&C::SetBtnNavInfo)},
+     AtGet(&C::GetBtnNavInfo), AtSet(&C::SetBtnNavInfo)},
     {"button.title", B, kText, "the button's title", layout, {"ButtonTitle{i}"}, 80, false,
-     Get(&C::GetBtnTitle), Set(&C::SetBtnTitle)},
+     AtGet(&C::GetBtnTitle), AtSet(&C::SetBtnTitle)},
     {"button.title.position", B, kPoint, "where the button's title stands",
      layout, {"ButtonTitlePosition{i}_x", "ButtonTitlePosition{i}_y"}, 80, false,
-     Get(&C::GetBtnTitlePosition), Set(&C::SetBtnTitlePosition)},
+     AtGet(&C::GetBtnTitlePosition), AtSet(&C::SetBtnTitlePosition)},
     {"button.title.font.name", B, kFontName, "font of the button's title", layout, {"ButtonTitleFont_Name{i}"}, 80, false,
-     Get(&C::GetBtnTitleFontName), Set(&C::SetBtnTitleFontName)},
+     AtGet(&C::GetBtnTitleFontName), AtSet(&C::SetBtnTitleFontName)},
     {"button.title.font.size", B, kSize, "font size of the button's title", layout, {"ButtonTitleFont_Size{i}"}, 80, false,
-     Get(&C::GetBtnTitleFontSize), Set(&C::SetBtnTitleFontSize)},
+     AtGet(&C::GetBtnTitleFontSize), AtSet(&C::SetBtnTitleFontSize)},
     {"button.title.font.style", B, kStyle, "style flags of the button's title",
      layout, {"ButtonTitleFont_Italic{i}", "ButtonTitleFont_Bold{i}", "ButtonTitleFont_Underline{i}"}, 80, false,
-     Get(&C::GetBtnTitleFontStyle), Set(&C::SetBtnTitleFontStyle)},
+     AtGet(&C::GetBtnTitleFontStyle), AtSet(&C::SetBtnTitleFontStyle)},
     {"button.title.font.rgb", B, kRgb, "colour of the button's title",
      layout, {"ButtonTitleFont_R{i}", "ButtonTitleFont_G{i}", "ButtonTitleFont_B{i}"}, 80, false,
-     Get(&C::GetBtnTitleFontRGB), Set(&C::SetBtnTitleFontRGB)},
+     AtGet(&C::GetBtnTitleFontRGB), AtSet(&C::SetBtnTitleFontRGB)},
   };
   // clang-format on
 }
@@ -295,6 +301,29 @@ std::vector<KeyRef> KeysOf(const Property& property, unsigned where, long long l
   std::vector<KeyRef> refs;
   for (const std::string& key : property.keys) refs.push_back({expand(property.section), expand(key)});
   return refs;
+}
+
+std::optional<unsigned> ButtonIndexOfKey(const std::string& key) {
+  for (const Property& property : Properties()) {
+    if (property.scope != Scope::kButton) continue;
+    for (const std::string& pattern : property.keys) {
+      std::size_t at = pattern.find("{i}");
+      std::string before = pattern.substr(0, at), after = pattern.substr(at + 3);
+      if (key.size() <= before.size() + after.size() ||
+          strncasecmp(key.c_str(), before.c_str(), before.size()) != 0 ||
+          strcasecmp(key.c_str() + key.size() - after.size(), after.c_str()) != 0)
+        continue;
+      std::string digits = key.substr(before.size(), key.size() - before.size() - after.size());
+      errno = 0;
+      char* end = nullptr;
+      long long index = std::strtoll(digits.c_str(), &end, 10);
+      // Only what "%d" prints: an optional minus, digits, no leading zeros.
+      if (*end == '\0' && errno == 0 && std::to_string(index) == digits && index >= INT32_MIN &&
+          index <= INT32_MAX)
+        return static_cast<unsigned>(static_cast<int32_t>(index));
+    }
+  }
+  return std::nullopt;
 }
 
 const char* NavName(unsigned selector) { return selector == 0 ? "prev" : "next"; }

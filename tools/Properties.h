@@ -10,6 +10,7 @@
 #include <tolvex/MenuTemplate.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -66,6 +67,10 @@ struct KeyRef {
   std::string key;
 };
 std::vector<KeyRef> KeysOf(const Property& property, unsigned where, long long layout);
+
+// The button index that a key of a layout section belongs to, when it is one of the keys of
+// a button.* property ("ButtonPosition3_left" gives 3; the index printed with "%d").
+std::optional<unsigned> ButtonIndexOfKey(const std::string& key);
 
 // "prev"/"next" for a navigation selector.
 const char* NavName(unsigned selector);

@@ -3,6 +3,8 @@
 
 #include <tolvex/Profile.h>
 
+#include <strings.h>
+
 #include <cstdint>
 #include <cstdlib>
 #include <vector>
@@ -34,8 +36,8 @@ std::optional<std::string> RawValue(const std::string& path, const std::string& 
   return value;
 }
 
-std::vector<std::string> SectionNames(const std::string& path) {
-  std::string list = ReadGrowing(nullptr, nullptr, "", path, 2);
+// Splits a list of names, each ended by a NUL.
+static std::vector<std::string> SplitNames(const std::string& list) {
   std::vector<std::string> names;
   for (std::size_t at = 0; at < list.size();) {
     std::size_t end = list.find('\0', at);
@@ -46,6 +48,14 @@ std::vector<std::string> SectionNames(const std::string& path) {
   return names;
 }
 
+std::vector<std::string> SectionNames(const std::string& path) {
+  return SplitNames(ReadGrowing(nullptr, nullptr, "", path, 2));
+}
+
+std::vector<std::string> KeyNames(const std::string& path, const std::string& section) {
+  return SplitNames(ReadGrowing(section.c_str(), nullptr, "", path, 2));
+}
+
 std::optional<long long> LayoutInUse(const std::string& path) {
   std::optional<std::string> count = RawValue(path, "Background", "CurrentNumberOfButton");
   if (!count || *count == "error") return std::nullopt;
@@ -54,8 +64,11 @@ std::optional<long long> LayoutInUse(const std::string& path) {
 }
 
 std::optional<long long> LayoutCount(const std::string& section) {
+  // Section names match without regard to case, as the profile functions match them.
   static const std::string prefix = "NumOfButton";
-  if (section.compare(0, prefix.size(), prefix) != 0) return std::nullopt;
+  if (section.size() < prefix.size() ||
+      strncasecmp(section.c_str(), prefix.c_str(), prefix.size()) != 0)
+    return std::nullopt;
   std::string digits = section.substr(prefix.size());
   std::size_t start = (!digits.empty() && digits[0] == '-') ? 1 : 0;
   if (digits.size() == start || digits.size() > 11 ||

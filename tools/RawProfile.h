@@ -2,7 +2,7 @@
 // for what CMenuTemplate cannot say: whether a key holds the reserved text "default" rather
 // than being absent, how long a value really is before an 80-byte buffer cuts it, which
 // layout sections exist, and which layout "CurrentNumberOfButton" selects even when it does not
-// read as a number. Reads only; never writes.
+// read as a number, and which buttons a layout has keys for. Reads only; never writes.
 #ifndef TOLVEX_TOOLS_RAWPROFILE_H
 #define TOLVEX_TOOLS_RAWPROFILE_H
 
@@ -18,6 +18,8 @@ std::optional<std::string> RawValue(const std::string& path, const std::string& 
 
 // The names of all sections of the file, in file order.
 std::vector<std::string> SectionNames(const std::string& path);
+// The names of all keys of `section`, in file order.
+std::vector<std::string> KeyNames(const std::string& path, const std::string& section);
 
 // The button count whose layout the per-button calls use, found the way the library finds
 // it (missing key: none; otherwise the leading integer of the text, 0 when there is none).

