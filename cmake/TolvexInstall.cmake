@@ -1,0 +1,31 @@
+# Installs the libraries, the public headers, a CMake package (TolvexMenuTemplate, targets
+# Tolvex::MenuTemplate, Tolvex::Profile, Tolvex::MenuBmp, Tolvex::MenuMask) and a pkg-config file.
+include(CMakePackageConfigHelpers)
+
+set(TOLVEX_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/TolvexMenuTemplate)
+
+install(TARGETS TolvexMenuTemplate TolvexProfile Tolvex_MenuBmp Tolvex_MenuMask
+  EXPORT TolvexMenuTemplateTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+
+install(FILES
+  include/tolvex/Export.h include/tolvex/WinTypes.h include/tolvex/CString.h
+  include/tolvex/Profile.h include/tolvex/MenuTitle.h include/tolvex/MenuButton.h
+  include/tolvex/MenuTemplate.h include/tolvex/MenuBmp.h include/tolvex/MenuMask.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tolvex)
+
+install(EXPORT TolvexMenuTemplateTargets NAMESPACE Tolvex:: DESTINATION ${TOLVEX_CMAKE_DIR})
+configure_package_config_file(cmake/TolvexMenuTemplateConfig.cmake.in
+  ${CMAKE_CURRENT_BINARY_DIR}/TolvexMenuTemplateConfig.cmake INSTALL_DESTINATION ${TOLVEX_CMAKE_DIR})
+write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/TolvexMenuTemplateConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/TolvexMenuTemplateConfig.cmake
+              ${CMAKE_CURRENT_BINARY_DIR}/TolvexMenuTemplateConfigVersion.cmake
+        DESTINATION ${TOLVEX_CMAKE_DIR})
+
+configure_file(cmake/tolvex-menutemplate.pc.in ${CMAKE_CURRENT_BINARY_DIR}/tolvex-menutemplate.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tolvex-menutemplate.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,81 @@
+// The profile calls and value conversions behind KeyTarget: one WritePrivateProfileStringA or
+// GetPrivateProfileStringA per key, on the caller's thread, with nothing held between calls.
+#include "template/ProfileAccess.h"
+
+#include <tolvex/Profile.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+namespace tolvex {
+
+namespace {
+
+// A key reading this text counts as missing: it is the default of every sentinel read.
+constexpr const char kMissing[] = "default";
+
+}  // namespace
+
+CString EncodeValue(Encoding encoding, int value) {
+  if (encoding == Encoding::Flag) return CString(value != 0 ? "TRUE" : "FALSE");
+  CString text;
+  text.Format("%d", value);
+  return text;
+}
+
+CString EncodeValue(Encoding encoding, unsigned int value) {
+  // Printed as the signed 32-bit value, so 4294967295 is stored as -1.
+  return EncodeValue(encoding, static_cast<int>(value));
+}
+
+CString EncodeValue(Encoding /*encoding*/, const CString& value) { return value; }
+
+void DecodeValue(Encoding encoding, const char* text, int* value) {
+  if (encoding == Encoding::Flag)
+    *value = std::strcmp(text, "TRUE") == 0 || std::strcmp(text, "true") == 0;
+  else
+    *value = std::atoi(text);
+}
+
+void DecodeValue(Encoding encoding, const char* text, unsigned int* value) {
+  int decoded = 0;
+  DecodeValue(encoding, text, &decoded);
+  *value = static_cast<unsigned int>(decoded);  // bit for bit: "-1" reads as 4294967295
+}
+
+void DecodeValue(Encoding /*encoding*/, const char* text, CString* value) { *value = text; }
+
+CString KeyName(const char* pattern, const CString& fill) {
+  const char* placeholder = std::strchr(pattern, '%');
+  if (placeholder == nullptr || placeholder[1] == '\0') return CString(pattern);
+  CString name(pattern, static_cast<int>(placeholder - pattern));
+  name += fill;
+  name += placeholder + 2;
+  return name;
+}
+
+KeyTarget::KeyTarget(State state, CString file, CString section, CString fill)
+    : m_state(state), m_file(std::move(file)), m_section(std::move(section)),
+      m_fill(std::move(fill)) {}
+
+KeyTarget KeyTarget::In(const CString& file, CString section, CString fill) {
+  return KeyTarget(State::Ready, file, std::move(section), std::move(fill));
+}
+
+KeyTarget KeyTarget::Unusable() { return KeyTarget(State::Unusable, {}, {}, {}); }
+KeyTarget KeyTarget::Inert() { return KeyTarget(State::Inert, {}, {}, {}); }
+
+bool KeyTarget::WriteKey(const char* pattern, const CString& value) const {
+  const CString key = KeyName(pattern, m_fill);
+  return WritePrivateProfileStringA(m_section, key, value, m_file) != 0;
+}
+
+bool KeyTarget::ReadKey(const char* pattern, DWORD readBuffer, char* text) const {
+  const CString key = KeyName(pattern, m_fill);
+  text[0] = '\0';
+  GetPrivateProfileStringA(m_section, key, kMissing, text, readBuffer, m_file);
+  return std::strcmp(text, kMissing) != 0;
+}
+
+}  // namespace tolvex

@@ -1,0 +1,147 @@
+// The rules by which every property accessor of CMenuTemplate reaches its template file: the
+// write rule (one profile write per key, stop at the first failure), the sentinel read (a key
+// reading "default" counts as missing), the three value encodings, and the 80- and 1000-byte
+// read buffers. A family of keys is described once as a KeyFamily; a KeyTarget says where the
+// family's keys live for one call. No state is kept between calls.
+#ifndef TOLVEX_TEMPLATE_PROFILEACCESS_H
+#define TOLVEX_TEMPLATE_PROFILEACCESS_H
+
+#include <tolvex/CString.h>
+#include <tolvex/WinTypes.h>
+
+#include <array>
+#include <cstddef>
+#include <tuple>
+#include <utility>
+
+namespace tolvex {
+
+// How a value is kept as text in the template file.
+enum class Encoding {
+  Integer,  // "%d" of the 32-bit value; read back with atoi (unsigned values wrap both ways)
+  Flag,     // "TRUE" for nonzero, "FALSE" for 0; read back as 1 only for "TRUE" or "true"
+  Text,     // the characters unchanged
+};
+
+// Read buffer sizes, in bytes with the terminating NUL: texts longer than 79 or 999
+// characters come back cut.
+inline constexpr DWORD kShortRead = 80;
+inline constexpr DWORD kLongRead = 1000;
+
+// The keys one accessor writes and reads, in that order, all in one encoding and read through
+// one buffer size. A key pattern holds at most one placeholder, "%d" (a button index) or "%s"
+// (a navigation button's "Prev" or "Next"), which the target fills in.
+template <std::size_t N>
+struct KeyFamily {
+  std::array<const char*, N> keys;
+  Encoding encoding;
+  DWORD readBuffer;
+};
+
+CString EncodeValue(Encoding encoding, int value);
+CString EncodeValue(Encoding encoding, unsigned int value);
+CString EncodeValue(Encoding encoding, const CString& value);
+void DecodeValue(Encoding encoding, const char* text, int* value);
+void DecodeValue(Encoding encoding, const char* text, unsigned int* value);
+void DecodeValue(Encoding encoding, const char* text, CString* value);
+
+// `pattern` with its placeholder replaced by `fill`.
+CString KeyName(const char* pattern, const CString& fill);
+
+// Where a family's keys live for one call: the template file, the section, and the text that
+// fills the key patterns' placeholder. A target can also be unusable (the call fails with 0
+// and touches nothing) or inert (the call succeeds with 1 and touches nothing).
+class KeyTarget {
+ public:
+  static KeyTarget In(const CString& file, CString section, CString fill = CString());
+  static KeyTarget Unusable();
+  static KeyTarget Inert();
+
+  // The write rule: writes `values` under the family's keys in order; 1 when every write
+  // succeeded, 0 at the first failed write (earlier keys stay written, later ones are not
+  // tried).
+  template <std::size_t N, typename... V>
+  int Write(const KeyFamily<N>& family, const V&... values) const {
+    static_assert(sizeof...(V) == N, "one value per key");
+    if (m_state != State::Ready) return m_state == State::Inert;
+    return WriteAll(family, std::index_sequence_for<V...>{}, values...);
+  }
+
+  // The sentinel read of every key in order, all or nothing: the values are held aside and
+  // stored into `outs` only when every key was found. 0 for a NULL out-pointer.
+  template <std::size_t N, typename... T>
+  int Read(const KeyFamily<N>& family, T*... outs) const {
+    static_assert(sizeof...(T) == N, "one out-parameter per key");
+    if (((outs == nullptr) || ...)) return 0;
+    if (m_state != State::Ready) return m_state == State::Inert;
+    return ReadAll(family, std::index_sequence_for<T...>{}, outs...);
+  }
+
+  // As Read, but each value is stored as soon as its key has been read, so a failure leaves
+  // the earlier out-parameters filled.
+  template <std::size_t N, typename... T>
+  int ReadEach(const KeyFamily<N>& family, T*... outs) const {
+    static_assert(sizeof...(T) == N, "one out-parameter per key");
+    if (((outs == nullptr) || ...)) return 0;
+    if (m_state != State::Ready) return m_state == State::Inert;
+    return ReadEachOf(family, std::index_sequence_for<T...>{}, outs...);
+  }
+
+  // Read of one key whose value the object also keeps: on success `*kept` takes the value
+  // first and `*out` is copied from it.
+  template <typename T>
+  int ReadKept(const KeyFamily<1>& family, T* kept, T* out) const {
+    T value{};
+    if (out == nullptr || !Read(family, &value)) return 0;
+    *kept = std::move(value);
+    *out = *kept;
+    return 1;
+  }
+
+ private:
+  enum class State { Ready, Unusable, Inert };
+
+  KeyTarget(State state, CString file, CString section, CString fill);
+
+  bool WriteKey(const char* pattern, const CString& value) const;
+  // The sentinel read of one key into `text` (a buffer of at least kLongRead bytes);
+  // false when the key counts as missing.
+  bool ReadKey(const char* pattern, DWORD readBuffer, char* text) const;
+
+  template <typename T>
+  bool ReadValue(const char* pattern, Encoding encoding, DWORD readBuffer, T* value) const {
+    char text[kLongRead];  // lives for the call only: reads never allocate
+    if (!ReadKey(pattern, readBuffer, text)) return false;
+    DecodeValue(encoding, text, value);
+    return true;
+  }
+
+  template <std::size_t N, typename... V, std::size_t... I>
+  int WriteAll(const KeyFamily<N>& family, std::index_sequence<I...>, const V&... values) const {
+    return (WriteKey(family.keys[I], EncodeValue(family.encoding, values)) && ...);
+  }
+
+  template <std::size_t N, typename... T, std::size_t... I>
+  int ReadAll(const KeyFamily<N>& family, std::index_sequence<I...>, T*... outs) const {
+    std::tuple<T...> held;
+    if (!(ReadValue(family.keys[I], family.encoding, family.readBuffer, &std::get<I>(held)) &&
+          ...))
+      return 0;
+    ((*outs = std::move(std::get<I>(held))), ...);
+    return 1;
+  }
+
+  template <std::size_t N, typename... T, std::size_t... I>
+  int ReadEachOf(const KeyFamily<N>& family, std::index_sequence<I...>, T*... outs) const {
+    return (ReadValue(family.keys[I], family.encoding, family.readBuffer, outs) && ...);
+  }
+
+  State m_state;
+  CString m_file;
+  CString m_section;
+  CString m_fill;
+};
+
+}  // namespace tolvex
+
+#endif  // TOLVEX_TEMPLATE_PROFILEACCESS_H
