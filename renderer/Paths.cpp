@@ -1,0 +1,29 @@
+// File names as the template uses them: the template's folder, names relative to it, and the
+// default output names derived from the template's own name.
+#include "renderer/Paths.h"
+
+namespace tolvex::render {
+
+std::string TemplateFolder(const std::string& templatePath) {
+  const auto slash = templatePath.find_last_of('/');
+  if (slash == std::string::npos) return ".";
+  if (slash == 0) return "/";
+  return templatePath.substr(0, slash);
+}
+
+std::string ResolveIn(const std::string& folder, const std::string& name) {
+  if (name.empty() || name[0] == '/') return name;
+  if (folder == "/") return "/" + name;
+  return folder + "/" + name;
+}
+
+std::string TemplateStem(const std::string& templatePath) {
+  const auto slash = templatePath.find_last_of('/');
+  std::string base = slash == std::string::npos ? templatePath : templatePath.substr(slash + 1);
+  const auto dot = base.find_last_of('.');
+  // A leading dot starts a hidden name, not an extension.
+  if (dot != std::string::npos && dot != 0) base.erase(dot);
+  return base;
+}
+
+}  // namespace tolvex::render

@@ -1,0 +1,23 @@
+// File names as the template uses them: the template's folder, names relative to it, and the
+// default output names derived from the template's own name. Pure string work; no file access.
+#ifndef TOLVEX_RENDERER_PATHS_H
+#define TOLVEX_RENDERER_PATHS_H
+
+#include <string>
+
+namespace tolvex::render {
+
+// The folder part of `templatePath` ("." when it has none), without a trailing slash
+// unless it is the root.
+std::string TemplateFolder(const std::string& templatePath);
+
+// `name` as a path: unchanged when absolute, else taken from `folder`.
+std::string ResolveIn(const std::string& folder, const std::string& name);
+
+// The template's file name without its folder and without its last extension:
+// "/menus/main.ini" gives "main", "/menus/.hidden" gives ".hidden".
+std::string TemplateStem(const std::string& templatePath);
+
+}  // namespace tolvex::render
+
+#endif  // TOLVEX_RENDERER_PATHS_H
