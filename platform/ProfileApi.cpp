@@ -1,10 +1,9 @@
 // GetPrivateProfileStringA, WritePrivateProfileStringA and CopyFileA for systems without
 // Win32: a thin facade that collapses the Status of the layer below to the Win32 results.
-// Nothing escapes: an allocation failure becomes a failed call. Thread-safe as the layer
+// Nothing escapes: an allocation failure becomes a failed call (for a read, an empty result). Thread-safe as the layer
 // below is.
 #include <tolvex/Profile.h>
 
-#include <new>
 #include <string>
 
 #include "platform/Os.h"
@@ -21,7 +20,7 @@ DWORD GetPrivateProfileStringA(LPCSTR app, LPCSTR key, LPCSTR def, LPSTR buf, DW
     uint32_t length = 0;
     tolvex::platform::ReadProfileString(app, key, def, buf, size, file, &length);
     return length;
-  } catch (const std::bad_alloc&) {
+  } catch (...) {  // std::bad_alloc, the only exception the layer below can raise
     buf[0] = '\0';
     return 0;
   }
@@ -30,7 +29,7 @@ DWORD GetPrivateProfileStringA(LPCSTR app, LPCSTR key, LPCSTR def, LPSTR buf, DW
 BOOL WritePrivateProfileStringA(LPCSTR app, LPCSTR key, LPCSTR value, LPCSTR file) {
   try {
     return tolvex::platform::WriteProfileString(app, key, value, file).ok() ? TRUE : FALSE;
-  } catch (const std::bad_alloc&) {
+  } catch (...) {  // std::bad_alloc, the only exception the layer below can raise
     return FALSE;
   }
 }
@@ -40,7 +39,7 @@ BOOL CopyFileA(LPCSTR existing, LPCSTR newFile, BOOL failIfExists) {
   try {
     return tolvex::platform::os::CopyFile(existing, newFile, failIfExists != FALSE).ok() ? TRUE
                                                                                         : FALSE;
-  } catch (const std::bad_alloc&) {
+  } catch (...) {  // std::bad_alloc, the only exception the layer below can raise
     return FALSE;
   }
 }

@@ -2,6 +2,8 @@
 // folder, so same file system), are flushed with fsync, and are renamed over the old name.
 // A reader, a crash or a SIGKILL at any moment sees the old file or the new one, never a mix,
 // and a failure at any step leaves the old file byte for byte and no temporary file behind.
+// (A writer killed in the short moment between naming its temporary file and the rename
+// leaves that file; the next write of the same file removes it.)
 // Callers serialise writers with FolderLock; this file keeps no state of its own.
 //
 // What the replace keeps: the mode bits, and the owner and group where we may set them (root,
@@ -20,9 +22,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <dirent.h>
+
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 #include "platform/posix/PosixPaths.h"
@@ -75,14 +80,36 @@ Status WriteAll(int fd, std::string_view bytes) {
   return Status::Ok();
 }
 
+// The start of every temporary name for `base`. It starts with a dot so that file listings
+// hide it in the moment it exists.
+std::string TemporaryPrefix(const std::string& base) { return "." + base + ".tolvex-"; }
+
 // A name for the temporary file, unique among the threads and processes writing this folder.
-// It starts with a dot so that file listings hide it in the moment it exists.
 std::string TemporaryName(const std::string& base) {
   static std::atomic<unsigned> counter{0};
   char suffix[64];
-  std::snprintf(suffix, sizeof suffix, ".tolvex-%ld-%u", static_cast<long>(getpid()),
+  std::snprintf(suffix, sizeof suffix, "%ld-%u", static_cast<long>(getpid()),
                 counter.fetch_add(1, std::memory_order_relaxed));
-  return "." + base + suffix;
+  return TemporaryPrefix(base) + suffix;
+}
+
+// Removes the temporary files of `base` that a writer killed between naming its file and the
+// rename left behind. A temporary name exists only while its writer holds the FolderLock,
+// which our caller holds now, so any such file found here is stale.
+void RemoveStaleTemporaries(int folderFd, const std::string& base) {
+  int listFd = ::dup(folderFd);
+  if (listFd < 0) return;
+  DIR* folder = ::fdopendir(listFd);
+  if (!folder) {
+    ::close(listFd);
+    return;
+  }
+  const std::string prefix = TemporaryPrefix(base);
+  while (struct dirent* entry = ::readdir(folder)) {
+    if (std::strncmp(entry->d_name, prefix.c_str(), prefix.size()) == 0)
+      ::unlinkat(folderFd, entry->d_name, 0);
+  }
+  ::closedir(folder);
 }
 
 // An open file being prepared in the target's folder. Unnamed (O_TMPFILE) where the file
@@ -187,7 +214,9 @@ Status ReplaceAtomically(const std::string& target, std::string_view bytes, cons
   FolderHandle folderHandle(folder);
   if (folderHandle.fd() < 0) return StatusFromErrno(errno);
 
-  PendingFile pending(folderHandle.fd(), folder, BaseNameOf(target));
+  const std::string base = BaseNameOf(target);
+  RemoveStaleTemporaries(folderHandle.fd(), base);
+  PendingFile pending(folderHandle.fd(), folder, base);
   Status status = pending.Create();
   if (!status.ok()) return status;
   ApplyAttributes(pending.fd(), existed ? &old : nullptr, mode);
