@@ -14,40 +14,32 @@ bool Touch(const Rect& a, const Rect& b) {
   return a.left <= b.right && b.left <= a.right && a.top <= b.bottom && b.top <= a.bottom;
 }
 
-// Trims `a` and `b` (which touch) so that one free column or row lies between them. Gives up
-// and leaves both unchanged when that would empty either rectangle.
+// Trims `a` and `b` (which touch) so that one free column or row lies between them, on the
+// axis that costs least, each giving up about half. Leaves both unchanged when either would
+// lose more than half its extent: then one lies inside or across the other, and their rings
+// are kept apart pixel by pixel instead.
 void TrimApart(Rect& a, Rect& b) {
   // On each axis: who comes first by centre, and how many pixels must go for a free line.
   const bool aLeft = a.left + a.right <= b.left + b.right;
   const bool aAbove = a.top + a.bottom <= b.top + b.bottom;
   const int needX = aLeft ? a.right + 1 - b.left : b.right + 1 - a.left;
   const int needY = aAbove ? a.bottom + 1 - b.top : b.bottom + 1 - a.top;
-  Rect na = a;
-  Rect nb = b;
-  if (needX <= needY) {
-    const int first = needX / 2;
-    const int second = needX - first;
-    if (aLeft) {
-      na.right -= first;
-      nb.left += second;
-    } else {
-      nb.right -= first;
-      na.left += second;
-    }
+  const bool onX = needX <= needY;
+  const int need = onX ? needX : needY;
+  Rect& first = (onX ? aLeft : aAbove) ? a : b;  // the one left of (or above) the other
+  Rect& second = &first == &a ? b : a;
+  const int firstGives = need / 2;
+  const int secondGives = need - firstGives;
+  const int firstExtent = onX ? first.Width() : first.Height();
+  const int secondExtent = onX ? second.Width() : second.Height();
+  if (firstGives * 2 > firstExtent || secondGives * 2 > secondExtent) return;
+  if (onX) {
+    first.right -= firstGives;
+    second.left += secondGives;
   } else {
-    const int first = needY / 2;
-    const int second = needY - first;
-    if (aAbove) {
-      na.bottom -= first;
-      nb.top += second;
-    } else {
-      nb.bottom -= first;
-      na.top += second;
-    }
+    first.bottom -= firstGives;
+    second.top += secondGives;
   }
-  if (na.Empty() || nb.Empty()) return;
-  a = na;
-  b = nb;
 }
 
 struct Marked {
