@@ -58,6 +58,16 @@ std::set<std::tuple<int, int, int>> Colours(const Picture& p) {
   return colours;
 }
 
+// How many marked pixels follow each other from (x, y) in steps of (dx, dy).
+int MarkedRun(const Picture& p, int x, int y, int dx, int dy) {
+  int n = 0;
+  for (; x >= 0 && y >= 0 && x < p.Width() && y < p.Height() && p.At(x, y) != kBlack; ++n) {
+    x += dx;
+    y += dy;
+  }
+  return n;
+}
+
 bool Inside(const Box& inner, const Box& outer) {
   return inner.left >= outer.left && inner.top >= outer.top && inner.right <= outer.right &&
          inner.bottom <= outer.bottom;
@@ -133,7 +143,7 @@ TEST_F(Mask, TouchingAndOverlappingButtonsStaySeparateAreas) {
   tpl.SetButtonCount(static_cast<int>(boxes.size()));
   for (size_t i = 0; i < boxes.size(); ++i) {
     tpl.SetButtonRect(static_cast<int>(i), boxes[i]);
-    tpl.SetButtonFrame(static_cast<int>(i), 3, kWhite);
+    tpl.SetButtonFrame(static_cast<int>(i), 1, kWhite);
   }
   const Picture p = Render();
   ASSERT_TRUE(p.Valid());
@@ -145,7 +155,14 @@ TEST_F(Mask, TouchingAndOverlappingButtonsStaySeparateAreas) {
     for (size_t i = 0; i < boxes.size(); ++i) owners[i] += Inside(a.box, boxes[i]);
   }
   for (size_t i = 0; i < boxes.size(); ++i) EXPECT_GE(owners[i], 1) << "button " << i;
-  for (const Area& a : areas) EXPECT_GE(a.pixels, 50);
+  // And each area is still a ring at least two pixels thick on all four sides.
+  for (const Area& a : areas) {
+    const int midX = (a.box.left + a.box.right) / 2, midY = (a.box.top + a.box.bottom) / 2;
+    EXPECT_GE(MarkedRun(p, a.box.left, midY, 1, 0), 2) << a.box.left << "," << a.box.top;
+    EXPECT_GE(MarkedRun(p, a.box.right - 1, midY, -1, 0), 2) << a.box.left << "," << a.box.top;
+    EXPECT_GE(MarkedRun(p, midX, a.box.top, 0, 1), 2) << a.box.left << "," << a.box.top;
+    EXPECT_GE(MarkedRun(p, midX, a.box.bottom - 1, 0, -1), 2) << a.box.left << "," << a.box.top;
+  }
 }
 
 TEST_F(Mask, ButtonsOffThePageAreLeftOutAndClippedOnesClosed) {
