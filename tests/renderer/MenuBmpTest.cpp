@@ -135,6 +135,16 @@ TEST_F(MenuBmp, DefaultOutputIsRecordedAndANamedOneKept) {
   tpl.Page("OutputBmp", dir.File("absolute.bmp"));
   ASSERT_NE(CreateMenuBmp(tpl.path()), 0);
   EXPECT_EQ(Files(), (std::vector<std::string>{"absolute.bmp", "menu.bmp", "menu.ini", "out"}));
+
+  // A bare template name lives in the profile folder, with its pictures and outputs.
+  WriteSolidPicture(dir.File("bg.png"), 4, 4, kBlue);
+  tpl.Page("BackgroundBmp", "bg.png");
+  tpl.Page("OutputBmp", "bare.bmp");
+  setenv("TOLVEX_PROFILE_DIR", dir.path().c_str(), 1);
+  std::string bare = "menu.ini";
+  EXPECT_NE(CreateMenuBmp(bare.data()), 0);
+  unsetenv("TOLVEX_PROFILE_DIR");
+  EXPECT_EQ(Picture::Load(dir.File("bare.bmp")).At(0, 0), kBlue);
 }
 
 TEST_F(MenuBmp, FailuresLeaveTheOutputAsItWas) {
