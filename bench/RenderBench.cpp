@@ -6,6 +6,7 @@
 #include <tolvex/Profile.h>
 
 #include <benchmark/benchmark.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
