@@ -14,40 +14,62 @@ bool Touch(const Rect& a, const Rect& b) {
   return a.left <= b.right && b.left <= a.right && a.top <= b.bottom && b.top <= a.bottom;
 }
 
-// Trims `a` and `b` (which touch) so that one free column or row lies between them. Gives up
-// and leaves both unchanged when that would empty either rectangle.
+bool Contains(const Rect& outer, const Rect& inner) {
+  return outer.left <= inner.left && outer.top <= inner.top && outer.right >= inner.right &&
+         outer.bottom >= inner.bottom;
+}
+
+int64_t Area(const Rect& r) { return r.Empty() ? 0 : int64_t{r.Width()} * r.Height(); }
+
+// Trims `a` and `b` (which touch) so that one free column or row lies between them, choosing
+// the cut that loses the fewest pixels: the cost shared between both on one axis, or one
+// rectangle moved wholly to one side of the other (buttons lying across each other). A
+// rectangle inside another is left alone; its ring is kept apart pixel by pixel instead.
 void TrimApart(Rect& a, Rect& b) {
-  // On each axis: who comes first by centre, and how many pixels must go for a free line.
+  if (Contains(a, b) || Contains(b, a)) return;
+  struct Cut {
+    Rect a, b;
+  };
+  std::vector<Cut> cuts;
+  // Shared: the one left of (or above) the other by centre gives half of what must go.
   const bool aLeft = a.left + a.right <= b.left + b.right;
   const bool aAbove = a.top + a.bottom <= b.top + b.bottom;
   const int needX = aLeft ? a.right + 1 - b.left : b.right + 1 - a.left;
   const int needY = aAbove ? a.bottom + 1 - b.top : b.bottom + 1 - a.top;
-  Rect na = a;
-  Rect nb = b;
-  if (needX <= needY) {
-    const int first = needX / 2;
-    const int second = needX - first;
-    if (aLeft) {
-      na.right -= first;
-      nb.left += second;
-    } else {
-      nb.right -= first;
-      na.left += second;
-    }
-  } else {
-    const int first = needY / 2;
-    const int second = needY - first;
-    if (aAbove) {
-      na.bottom -= first;
-      nb.top += second;
-    } else {
-      nb.bottom -= first;
-      na.top += second;
+  Cut x{a, b};
+  (aLeft ? x.a : x.b).right -= needX / 2;
+  (aLeft ? x.b : x.a).left += needX - needX / 2;
+  cuts.push_back(x);
+  Cut y{a, b};
+  (aAbove ? y.a : y.b).bottom -= needY / 2;
+  (aAbove ? y.b : y.a).top += needY - needY / 2;
+  cuts.push_back(y);
+  // One-sided: either rectangle cut back to one side of the other.
+  for (const bool moveB : {true, false}) {
+    const Rect& still = moveB ? a : b;
+    const Rect& moved = moveB ? b : a;
+    Rect left = moved, right = moved, above = moved, below = moved;
+    left.right = std::min(moved.right, still.left - 1);
+    right.left = std::max(moved.left, still.right + 1);
+    above.bottom = std::min(moved.bottom, still.top - 1);
+    below.top = std::max(moved.top, still.bottom + 1);
+    for (const Rect& r : {left, right, above, below}) {
+      cuts.push_back(moveB ? Cut{a, r} : Cut{r, b});
     }
   }
-  if (na.Empty() || nb.Empty()) return;
-  a = na;
-  b = nb;
+  const Cut* best = nullptr;
+  int64_t bestLoss = 0;
+  for (const Cut& c : cuts) {
+    if (c.a.Empty() || c.b.Empty()) continue;
+    const int64_t loss = Area(a) - Area(c.a) + Area(b) - Area(c.b);
+    if (best == nullptr || loss < bestLoss) {
+      best = &c;
+      bestLoss = loss;
+    }
+  }
+  if (best == nullptr) return;
+  a = best->a;
+  b = best->b;
 }
 
 struct Marked {

@@ -22,11 +22,11 @@ inline constexpr int kMinMaskRing = 2;
 //
 // Each button with a part on the page is marked by a ring along the inside of its rectangle
 // (clipped to the page), max(frame thickness, kMinMaskRing) pixels wide. Buttons whose
-// rectangles touch or overlap are first trimmed apart on the axis where that costs least,
-// the cost shared between both, leaving one free pixel between them; diagonals count as
-// touching. Where that is impossible (one button inside or across another), a ring pixel
-// next to an earlier button's ring is left out, and of a ring cut into pieces that way only
-// its largest piece is kept: every button stays one 8-connected area, and no two areas touch.
+// rectangles touch or overlap (diagonals count) are first trimmed apart with the cut that
+// loses the fewest pixels, leaving one free pixel between them. A button inside another is
+// not trimmed; there, as a last resort everywhere, a ring pixel next to an earlier button's
+// ring is left out, and of a ring cut into pieces that way only its largest piece is kept:
+// every button stays one 8-connected area, and no two areas touch.
 std::vector<uint8_t> PaintMask(const Page& page);
 
 }  // namespace tolvex::render

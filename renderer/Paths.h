@@ -7,8 +7,9 @@
 
 namespace tolvex::render {
 
-// The folder part of `templatePath` ("." when it has none), without a trailing slash
-// unless it is the root.
+// The folder the template is in, without a trailing slash unless it is the root. As for the
+// profile functions, a bare file name ("menu.ini") lives in the profile folder, not in the
+// current one; "./menu.ini" is in the current folder.
 std::string TemplateFolder(const std::string& templatePath);
 
 // `name` as a path: unchanged when absolute, else taken from `folder`.
