@@ -26,6 +26,21 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/TolvexMenuTemplateConfig.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/TolvexMenuTemplateConfigVersion.cmake
         DESTINATION ${TOLVEX_CMAKE_DIR})
 
+# The pkg-config file finds the prefix from its own folder, so that it stays right when the
+# tree is installed with `cmake --install --prefix` or moved; absolute install dirs stay as given.
+if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+  set(TOLVEX_PC_PREFIX "${CMAKE_INSTALL_PREFIX}")
+else()
+  file(RELATIVE_PATH TOLVEX_PC_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+  string(REGEX REPLACE "/$" "" TOLVEX_PC_PREFIX "\${pcfiledir}/${TOLVEX_PC_PREFIX}")
+endif()
+foreach(dir LIBDIR INCLUDEDIR)
+  if(IS_ABSOLUTE "${CMAKE_INSTALL_${dir}}")
+    set(TOLVEX_PC_${dir} "${CMAKE_INSTALL_${dir}}")
+  else()
+    set(TOLVEX_PC_${dir} "\${prefix}/${CMAKE_INSTALL_${dir}}")
+  endif()
+endforeach()
 configure_file(cmake/tolvex-menutemplate.pc.in ${CMAKE_CURRENT_BINARY_DIR}/tolvex-menutemplate.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tolvex-menutemplate.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

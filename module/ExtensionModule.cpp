@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <new>
 #include <vector>
 
 namespace {
@@ -12,9 +13,13 @@ struct ModuleList {
   std::vector<CDynLinkLibrary*> entries;
 };
 
-// Constructed on first use and never destroyed, so that it outlives every unload hook.
+// Constructed on first use and never destroyed, so that it outlives every unload hook. It
+// lives in static storage rather than on the heap, and gives its buffer back when it empties:
+// once the unload hook has removed the library's entry, unloading the library leaves nothing
+// allocated behind (a heap list would be lost with each dlclose).
 ModuleList& Modules() {
-  static ModuleList* list = new ModuleList;
+  alignas(ModuleList) static unsigned char storage[sizeof(ModuleList)];
+  static ModuleList* list = new (storage) ModuleList;
   return *list;
 }
 
@@ -53,6 +58,7 @@ CDynLinkLibrary::~CDynLinkLibrary() {
   std::lock_guard<std::mutex> guard(list.lock);
   list.entries.erase(std::remove(list.entries.begin(), list.entries.end(), this),
                      list.entries.end());
+  if (list.entries.empty()) std::vector<CDynLinkLibrary*>().swap(list.entries);
 }
 
 namespace tolvex::module {

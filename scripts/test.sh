@@ -8,6 +8,7 @@ build=build; flags=()
 if [ "${1:-}" = "--sanitize" ]; then
   build=build-sanitize; flags=(-DTOLVEX_SANITIZE=ON -DTOLVEX_BUILD_BENCHMARKS=OFF -DCMAKE_BUILD_TYPE=Debug)
   export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+  export LSAN_OPTIONS=suppressions=$PWD/tests/lsan-suppressions.txt
 fi
 cmake -S . -B "$build" "${flags[@]}" >/dev/null
 cmake --build "$build" -j2

@@ -10,6 +10,11 @@ extern "C" {
 // named by its "OutputBmp" key (relative names are taken from the template's folder); when
 // the key is missing, writes "<template name>.bmp" beside the template and records that name
 // under "OutputBmp". Returns nonzero on success, 0 on any failure. Prints nothing.
+// The page is 720x480 when "NTSC" is TRUE, else 720x576. Positions and sizes are canvas
+// pixels: a title's position is the top-left corner of its text box (a title without one is
+// centred on its button, or on the page), and its font size is the em height in pixels. A
+// picture that is named but cannot be loaded, or claims more than 64 megapixels, fails the
+// render; the output is replaced atomically, never left half-written.
 __attribute__((visibility("default"))) int CreateMenuBmp(char* templateFile);
 
 // Reads the picture `source` and writes it to `target` scaled to `width` x `height`, in the

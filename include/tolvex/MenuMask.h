@@ -9,7 +9,9 @@ extern "C" {
 // Renders the mask of the menu page described by `templateFile` into an uncompressed BMP
 // named by its "OutMask" key (default "<template name>_mask.bmp", then recorded): black
 // everywhere but each visible button's frame ring, drawn in one marking colour without
-// anti-aliasing. Returns nonzero on success, 0 on any failure. Prints nothing.
+// anti-aliasing (white on black, 24-bit, the page's size). Rings are at least 2 pixels thick;
+// buttons that would touch are kept one pixel apart, so each is one area of its own for tools
+// such as spumux's autooutline. Returns nonzero on success, 0 on any failure. Prints nothing.
 __attribute__((visibility("default"))) int CreateMaskMenuBmp(char* templateFile);
 
 #ifdef __cplusplus

@@ -43,7 +43,7 @@ TEST_F(LayoutLookup, CountTextNamesTheLayoutAsAtoiReadsIt) {
       {"default", "NumOfButton0"}, {"7 buttons", "NumOfButton7"}};
   for (const auto& c : cases) {
     SetKey("Background", "CurrentNumberOfButton", c.count);
-    const std::string title = std::string("for ") + c.count;
+    const std::string title = std::string("for:") + c.count;
     ASSERT_EQ(1, tpl.SetBtnTitle(5, title.c_str())) << c.count;
     EXPECT_EQ(title, Key(c.section, "ButtonTitle5")) << c.count;
   }

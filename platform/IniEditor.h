@@ -1,0 +1,33 @@
+// The changes of WritePrivateProfileStringA as edits of the file's text: set a value, remove
+// a key, remove a section. Each returns the file's new bytes, in which only the line concerned
+// changed (or one line was added), or nothing when the file must stay as it is. OS-unaware.
+#ifndef TOLVEX_PLATFORM_INIEDITOR_H
+#define TOLVEX_PLATFORM_INIEDITOR_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/IniDocument.h"
+
+namespace tolvex::platform {
+
+// Sets `key` of section `app` to `value`. Names are matched trimmed, ignoring ASCII case; the
+// value loses its leading blanks. A new key goes after the last line of the section, a new
+// section at the end of the file, spelled as given minus leading blanks, with CRLF.
+std::optional<std::string> SetValue(const IniDocument& document, std::string_view bytes,
+                                    std::string_view app, std::string_view key,
+                                    std::string_view value);
+
+// Removes the first key called `key` (untrimmed, ASCII case ignored) from the sections called
+// `app`, looking through each of them in file order.
+std::optional<std::string> RemoveKey(const IniDocument& document, std::string_view bytes,
+                                     std::string_view app, std::string_view key);
+
+// Removes the first section called `app` (untrimmed, ASCII case ignored) with all its lines.
+std::optional<std::string> RemoveSection(const IniDocument& document, std::string_view bytes,
+                                         std::string_view app);
+
+}  // namespace tolvex::platform
+
+#endif  // TOLVEX_PLATFORM_INIEDITOR_H

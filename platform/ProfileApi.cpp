@@ -1,0 +1,47 @@
+// GetPrivateProfileStringA, WritePrivateProfileStringA and CopyFileA for systems without
+// Win32: a thin facade that collapses the Status of the layer below to the Win32 results.
+// Nothing escapes: an allocation failure becomes a failed call (for a read, an empty result). Thread-safe as the layer
+// below is.
+#include <tolvex/Profile.h>
+
+#include <string>
+
+#include "platform/Os.h"
+#include "platform/ProfileStore.h"
+
+using tolvex::platform::Status;
+
+extern "C" {
+
+DWORD GetPrivateProfileStringA(LPCSTR app, LPCSTR key, LPCSTR def, LPSTR buf, DWORD size,
+                               LPCSTR file) {
+  if (!buf || size == 0) return 0;
+  try {
+    uint32_t length = 0;
+    tolvex::platform::ReadProfileString(app, key, def, buf, size, file, &length);
+    return length;
+  } catch (...) {  // std::bad_alloc, the only exception the layer below can raise
+    buf[0] = '\0';
+    return 0;
+  }
+}
+
+BOOL WritePrivateProfileStringA(LPCSTR app, LPCSTR key, LPCSTR value, LPCSTR file) {
+  try {
+    return tolvex::platform::WriteProfileString(app, key, value, file).ok() ? TRUE : FALSE;
+  } catch (...) {  // std::bad_alloc, the only exception the layer below can raise
+    return FALSE;
+  }
+}
+
+BOOL CopyFileA(LPCSTR existing, LPCSTR newFile, BOOL failIfExists) {
+  if (!existing || !newFile) return FALSE;
+  try {
+    return tolvex::platform::os::CopyFile(existing, newFile, failIfExists != FALSE).ok() ? TRUE
+                                                                                        : FALSE;
+  } catch (...) {  // std::bad_alloc, the only exception the layer below can raise
+    return FALSE;
+  }
+}
+
+}  // extern "C"

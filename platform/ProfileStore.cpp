@@ -1,0 +1,102 @@
+// Reads and writes of profile files: path rules, then the OS seam for the bytes and the
+// parser and editor for their meaning. No cache: every call reads the file afresh, so each
+// read sees every change made by any writer.
+#include "platform/ProfileStore.h"
+
+#include <cstring>
+#include <optional>
+
+#include "platform/IniDocument.h"
+#include "platform/IniEditor.h"
+#include "platform/IniQuery.h"
+#include "platform/Os.h"
+
+namespace tolvex::platform {
+namespace {
+
+bool IsBareName(const char* file) { return std::strpbrk(file, "/\\") == nullptr; }
+
+Status LockedWrite(const char* app, const char* key, const char* value,
+                   const std::string& path) {
+  std::string target;
+  Status status = os::ResolveLinks(path, &target);
+  if (!status.ok()) return status;
+  os::FolderLock lock;
+  status = lock.Acquire(target);
+  if (!status.ok()) return status;
+
+  // Checked first, so that a read-only file fails even when nothing would change.
+  bool exists = false;
+  status = os::CheckReplaceable(target, &exists);
+  if (!status.ok()) return status;
+  std::string bytes;
+  if (exists) {
+    status = os::ReadWholeFile(target, &bytes);
+    if (!status.ok()) return status;
+  } else if (!value || !key) {
+    // Windows leaves an empty file behind when asked to remove from a missing one.
+    return os::ReplaceFile(target, "");
+  }
+
+  IniDocument document(bytes);
+  std::optional<std::string> changed;
+  if (!key) {
+    changed = RemoveSection(document, bytes, app);
+  } else if (!value) {
+    changed = RemoveKey(document, bytes, app, key);
+  } else {
+    changed = SetValue(document, bytes, app, key, value);
+  }
+  if (!changed) return Status::Ok();
+  return os::ReplaceFile(target, *changed);
+}
+
+}  // namespace
+
+Status ResolveProfilePath(const char* file, std::string* path) {
+  if (!file || !*file) return Status::Error(StatusCode::kInvalidArgument);
+  if (IsBareName(file)) {
+    *path = os::ProfileFolder() + "/" + file;
+  } else {
+    *path = file;
+  }
+  return Status::Ok();
+}
+
+Status ReadProfileString(const char* app, const char* key, const char* defaultText,
+                         char* buffer, uint32_t size, const char* file, uint32_t* length) {
+  *length = 0;
+  if (size == 0) return Status::Ok();
+  std::string path, bytes;
+  Status status = ResolveProfilePath(file, &path);
+  if (status.ok()) status = os::ReadWholeFile(path, &bytes);
+  if (!status.ok()) bytes.clear();
+
+  IniDocument document(bytes);
+  if (!app) {
+    *length = ListSectionNames(document, buffer, size);
+  } else if (!key) {
+    *length = ListKeyNames(document, app, defaultText, buffer, size);
+  } else {
+    *length = ReadValue(document, app, key, defaultText, buffer, size);
+  }
+  return status;
+}
+
+Status WriteProfileString(const char* app, const char* key, const char* value,
+                          const char* file) {
+  // The call that flushes the Windows profile cache: we have no cache, so it just succeeds.
+  if (!app && !key && !value) return Status::Ok();
+  if (!app) return Status::Error(StatusCode::kInvalidArgument);
+  std::string path;
+  Status status = ResolveProfilePath(file, &path);
+  if (!status.ok()) return status;
+  if (IsBareName(file)) {
+    // The profile folder is made on the first write into it.
+    status = os::CreateFolders(os::ProfileFolder());
+    if (!status.ok()) return status;
+  }
+  return LockedWrite(app, key, value, path);
+}
+
+}  // namespace tolvex::platform

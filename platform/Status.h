@@ -1,0 +1,46 @@
+// Status: the reason an operation of the platform layer failed, carried from the OS seam up to
+// the extern "C" facade, where it collapses to TRUE/FALSE or the default text. A plain value;
+// no shared state.
+#ifndef TOLVEX_PLATFORM_STATUS_H
+#define TOLVEX_PLATFORM_STATUS_H
+
+#include <string>
+
+namespace tolvex::platform {
+
+enum class StatusCode {
+  kOk,
+  kNotFound,        // the file or a folder on its path does not exist
+  kAccessDenied,    // read-only file, no permission, or a folder we cannot write into
+  kIsDirectory,     // the path names a folder
+  kAlreadyExists,   // CopyFileA with fail-if-exists and an existing target
+  kInvalidArgument, // empty path, NULL name where one is needed
+  kNoSpace,         // disk full, quota, or the file-size limit
+  kNoMemory,
+  kIoError,         // anything else the OS reported
+};
+
+class Status {
+ public:
+  Status() = default;
+  static Status Ok() { return Status(); }
+  static Status Error(StatusCode code, int sysError = 0) { return Status(code, sysError); }
+
+  bool ok() const { return m_code == StatusCode::kOk; }
+  StatusCode code() const { return m_code; }
+  // The errno value behind the failure, or 0 when it did not come from the OS.
+  int sysError() const { return m_sysError; }
+
+ private:
+  Status(StatusCode code, int sysError) : m_code(code), m_sysError(sysError) {}
+
+  StatusCode m_code = StatusCode::kOk;
+  int m_sysError = 0;
+};
+
+// A short English description of `status`, for tests and debugging.
+std::string StatusText(const Status& status);
+
+}  // namespace tolvex::platform
+
+#endif  // TOLVEX_PLATFORM_STATUS_H

@@ -1,0 +1,189 @@
+// The POSIX implementation of the seam's file functions other than the replace and the lock:
+// whole-file reads, link resolution, the checks before a write, CopyFile, folder creation and
+// the profile folder. Stateless; safe from any thread (getenv aside, as always).
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "platform/Os.h"
+#include "platform/posix/PosixPaths.h"
+#include "platform/posix/PosixReplace.h"
+#include "platform/posix/PosixStatus.h"
+#include "platform/posix/Syscalls.h"
+
+namespace tolvex::platform {
+namespace posix {
+
+std::string FolderOf(const std::string& file) {
+  std::string::size_type slash = file.find_last_of('/');
+  if (slash == std::string::npos) return ".";
+  if (slash == 0) return "/";
+  return file.substr(0, slash);
+}
+
+std::string BaseNameOf(const std::string& file) {
+  std::string::size_type slash = file.find_last_of('/');
+  return slash == std::string::npos ? file : file.substr(slash + 1);
+}
+
+}  // namespace posix
+
+namespace os {
+namespace {
+
+// Reads all of `path`; also reports its mode when `mode` is given.
+Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode) {
+  int fd = sys::Open(path.c_str(), O_RDONLY);
+  if (fd < 0) return StatusFromErrno(errno);
+  struct stat info;
+  if (::fstat(fd, &info) != 0) {
+    Status status = StatusFromErrno(errno);
+    sys::CloseQuietly(fd);
+    return status;
+  }
+  if (S_ISDIR(info.st_mode)) {
+    sys::CloseQuietly(fd);
+    return StatusFromErrno(EISDIR);
+  }
+  if (mode) *mode = info.st_mode;
+  bytes->clear();
+  // One read usually does it: the buffer is sized from the file, one byte over to see EOF.
+  size_t chunk = info.st_size > 0 ? static_cast<size_t>(info.st_size) + 1 : 65536;
+  size_t filled = 0;
+  for (;;) {
+    bytes->resize(filled + chunk);
+    ssize_t got = sys::Read(fd, bytes->data() + filled, chunk);
+    if (got < 0) {
+      Status status = StatusFromErrno(errno);
+      sys::CloseQuietly(fd);
+      bytes->clear();
+      return status;
+    }
+    if (got == 0) break;
+    filled += static_cast<size_t>(got);
+    if (chunk < 65536) chunk = 65536;
+  }
+  bytes->resize(filled);
+  ::close(fd);
+  return Status::Ok();
+}
+
+std::string HomeFolder() {
+  const char* home = std::getenv("HOME");
+  if (home && *home) return home;
+  std::vector<char> buffer(16384);
+  struct passwd entry;
+  struct passwd* found = nullptr;
+  if (getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found &&
+      found->pw_dir)
+    return found->pw_dir;
+  return "/";
+}
+
+}  // namespace
+
+Status ReadWholeFile(const std::string& path, std::string* bytes) {
+  return ReadAll(path, bytes, nullptr);
+}
+
+Status ResolveLinks(const std::string& path, std::string* target) {
+  std::string current = path;
+  // The same limit on nested links as the kernel's.
+  for (int hop = 0; hop < 40; ++hop) {
+    struct stat info;
+    if (::lstat(current.c_str(), &info) != 0) {
+      if (errno == ENOENT || errno == ENOTDIR) break;  // a new file, or CheckReplaceable's case
+      return StatusFromErrno(errno);
+    }
+    if (!S_ISLNK(info.st_mode)) break;
+    std::string link(static_cast<size_t>(info.st_size > 0 ? info.st_size : 255) + 1, '\0');
+    ssize_t length = ::readlink(current.c_str(), link.data(), link.size());
+    if (length < 0) return StatusFromErrno(errno);
+    if (static_cast<size_t>(length) >= link.size()) return StatusFromErrno(ENAMETOOLONG);
+    link.resize(static_cast<size_t>(length));
+    current = link.front() == '/' ? link : posix::FolderOf(current) + "/" + link;
+    if (hop == 39) return StatusFromErrno(ELOOP);
+  }
+  *target = current;
+  return Status::Ok();
+}
+
+Status CheckReplaceable(const std::string& target, bool* exists) {
+  *exists = false;
+  struct stat info;
+  if (::stat(target.c_str(), &info) == 0) {
+    if (S_ISDIR(info.st_mode)) return StatusFromErrno(EISDIR);
+    if (!S_ISREG(info.st_mode)) return StatusFromErrno(EINVAL);
+    // No write bit means read-only, also for root, whom access() would let through.
+    if ((info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) return StatusFromErrno(EACCES);
+    if (::access(target.c_str(), W_OK) != 0) return StatusFromErrno(errno);
+    *exists = true;
+  } else if (errno != ENOENT) {
+    return StatusFromErrno(errno);
+  }
+  // The replace creates a file in the folder, so the folder must exist and be writable.
+  std::string folder = posix::FolderOf(target);
+  struct stat folderInfo;
+  if (::stat(folder.c_str(), &folderInfo) != 0) return StatusFromErrno(errno);
+  if (!S_ISDIR(folderInfo.st_mode)) return StatusFromErrno(ENOTDIR);
+  if (::access(folder.c_str(), W_OK | X_OK) != 0) return StatusFromErrno(errno);
+  return Status::Ok();
+}
+
+Status ReplaceFile(const std::string& target, std::string_view bytes) {
+  return posix::ReplaceAtomically(target, bytes, nullptr);
+}
+
+Status CopyFile(const std::string& source, const std::string& target, bool failIfExists) {
+  if (source.empty() || target.empty()) return StatusFromErrno(EINVAL);
+  std::string bytes;
+  mode_t mode = 0;
+  // The source needs no lock: writers replace it atomically, so any read sees a whole file.
+  Status status = ReadAll(source, &bytes, &mode);
+  if (!status.ok()) return status;
+
+  std::string resolved;
+  status = ResolveLinks(target, &resolved);
+  if (!status.ok()) return status;
+  FolderLock lock;
+  status = lock.Acquire(resolved);
+  if (!status.ok()) return status;
+  bool exists = false;
+  status = CheckReplaceable(resolved, &exists);
+  if (!status.ok()) return status;
+  if (exists && failIfExists) return StatusFromErrno(EEXIST);
+  mode_t copyMode = mode & 07777;
+  return posix::ReplaceAtomically(resolved, bytes, &copyMode);
+}
+
+Status CreateFolders(const std::string& folder) {
+  if (folder.empty()) return StatusFromErrno(ENOENT);
+  std::string::size_type position = 0;
+  do {
+    position = folder.find('/', position + 1);
+    std::string part = folder.substr(0, position);
+    if (::mkdir(part.c_str(), 0700) != 0 && errno != EEXIST) return StatusFromErrno(errno);
+  } while (position != std::string::npos);
+  struct stat info;
+  if (::stat(folder.c_str(), &info) != 0) return StatusFromErrno(errno);
+  if (!S_ISDIR(info.st_mode)) return StatusFromErrno(ENOTDIR);
+  return Status::Ok();
+}
+
+std::string ProfileFolder() {
+  const char* own = std::getenv("TOLVEX_PROFILE_DIR");
+  if (own && *own) return own;
+  // The XDG base-directory rules ignore a relative XDG_CONFIG_HOME.
+  const char* config = std::getenv("XDG_CONFIG_HOME");
+  if (config && config[0] == '/') return std::string(config) + "/tolvex";
+  return HomeFolder() + "/.config/tolvex";
+}
+
+}  // namespace os
+}  // namespace tolvex::platform

@@ -1,0 +1,56 @@
+// errno to Status for the POSIX backend, and the text of a Status (which names the errno
+// through strerror_r). Pure functions, safe from any thread.
+#include "platform/posix/PosixStatus.h"
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+namespace tolvex::platform {
+
+Status StatusFromErrno(int error) {
+  switch (error) {
+    case 0:
+      return Status::Ok();
+    case ENOENT:
+    case ENOTDIR:
+      return Status::Error(StatusCode::kNotFound, error);
+    case EACCES:
+    case EPERM:
+    case EROFS:
+    case ETXTBSY:
+      return Status::Error(StatusCode::kAccessDenied, error);
+    case EISDIR:
+      return Status::Error(StatusCode::kIsDirectory, error);
+    case EEXIST:
+      return Status::Error(StatusCode::kAlreadyExists, error);
+    case EINVAL:
+    case ENAMETOOLONG:
+      return Status::Error(StatusCode::kInvalidArgument, error);
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+      return Status::Error(StatusCode::kNoSpace, error);
+    case ENOMEM:
+      return Status::Error(StatusCode::kNoMemory, error);
+    default:
+      return Status::Error(StatusCode::kIoError, error);
+  }
+}
+
+std::string StatusText(const Status& status) {
+  static const char* const kNames[] = {"ok",          "not found",      "access denied",
+                                       "is a folder", "already exists", "invalid argument",
+                                       "no space",    "out of memory",  "I/O error"};
+  std::string text = kNames[static_cast<int>(status.code())];
+  if (status.sysError() != 0) {
+    char buffer[128];
+    // GNU strerror_r returns the message, which may or may not live in `buffer`.
+    const char* message = strerror_r(status.sysError(), buffer, sizeof buffer);
+    text += ": ";
+    text += message;
+  }
+  return text;
+}
+
+}  // namespace tolvex::platform

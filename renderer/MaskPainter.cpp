@@ -1,0 +1,205 @@
+// Paints the DVD highlight mask of a page.
+#include "renderer/MaskPainter.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tolvex::render {
+namespace {
+
+using Label = uint16_t;  // 0: nothing; n: the n-th marked button
+
+// True when the pixel sets of `a` and `b` overlap or are 8-neighbours somewhere.
+bool Touch(const Rect& a, const Rect& b) {
+  return a.left <= b.right && b.left <= a.right && a.top <= b.bottom && b.top <= a.bottom;
+}
+
+bool Contains(const Rect& outer, const Rect& inner) {
+  return outer.left <= inner.left && outer.top <= inner.top && outer.right >= inner.right &&
+         outer.bottom >= inner.bottom;
+}
+
+int64_t Area(const Rect& r) { return r.Empty() ? 0 : int64_t{r.Width()} * r.Height(); }
+
+// Trims `a` and `b` (which touch) so that one free column or row lies between them, choosing
+// the cut that loses the fewest pixels: the cost shared between both on one axis, or one
+// rectangle moved wholly to one side of the other (buttons lying across each other). A
+// rectangle inside another is left alone; its ring is kept apart pixel by pixel instead.
+void TrimApart(Rect& a, Rect& b) {
+  if (Contains(a, b) || Contains(b, a)) return;
+  struct Cut {
+    Rect a, b;
+  };
+  std::vector<Cut> cuts;
+  // Shared: the one left of (or above) the other by centre gives half of what must go.
+  const bool aLeft = a.left + a.right <= b.left + b.right;
+  const bool aAbove = a.top + a.bottom <= b.top + b.bottom;
+  const int needX = aLeft ? a.right + 1 - b.left : b.right + 1 - a.left;
+  const int needY = aAbove ? a.bottom + 1 - b.top : b.bottom + 1 - a.top;
+  Cut x{a, b};
+  (aLeft ? x.a : x.b).right -= needX / 2;
+  (aLeft ? x.b : x.a).left += needX - needX / 2;
+  cuts.push_back(x);
+  Cut y{a, b};
+  (aAbove ? y.a : y.b).bottom -= needY / 2;
+  (aAbove ? y.b : y.a).top += needY - needY / 2;
+  cuts.push_back(y);
+  // One-sided: either rectangle cut back to one side of the other.
+  for (const bool moveB : {true, false}) {
+    const Rect& still = moveB ? a : b;
+    const Rect& moved = moveB ? b : a;
+    Rect left = moved, right = moved, above = moved, below = moved;
+    left.right = std::min(moved.right, still.left - 1);
+    right.left = std::max(moved.left, still.right + 1);
+    above.bottom = std::min(moved.bottom, still.top - 1);
+    below.top = std::max(moved.top, still.bottom + 1);
+    for (const Rect& r : {left, right, above, below}) {
+      cuts.push_back(moveB ? Cut{a, r} : Cut{r, b});
+    }
+  }
+  const Cut* best = nullptr;
+  int64_t bestLoss = 0;
+  for (const Cut& c : cuts) {
+    if (c.a.Empty() || c.b.Empty()) continue;
+    const int64_t loss = Area(a) - Area(c.a) + Area(b) - Area(c.b);
+    if (best == nullptr || loss < bestLoss) {
+      best = &c;
+      bestLoss = loss;
+    }
+  }
+  if (best == nullptr) return;
+  a = best->a;
+  b = best->b;
+}
+
+struct Marked {
+  Rect rect;
+  int ring;
+};
+
+class LabelGrid {
+ public:
+  LabelGrid(int width, int height)
+      : m_width(width), m_height(height), m_labels(static_cast<size_t>(width) * height, 0) {}
+
+  Label At(int x, int y) const { return m_labels[static_cast<size_t>(y) * m_width + x]; }
+  void Set(int x, int y, Label l) { m_labels[static_cast<size_t>(y) * m_width + x] = l; }
+
+  // True when (x, y) or one of its eight neighbours belongs to another label.
+  bool NearOther(int x, int y, Label self) const {
+    for (int dy = -1; dy <= 1; ++dy) {
+      for (int dx = -1; dx <= 1; ++dx) {
+        const int nx = x + dx;
+        const int ny = y + dy;
+        if (nx < 0 || ny < 0 || nx >= m_width || ny >= m_height) continue;
+        const Label l = At(nx, ny);
+        if (l != 0 && l != self) return true;
+      }
+    }
+    return false;
+  }
+
+  void DrawRing(const Marked& m, Label label) {
+    const Rect& r = m.rect;
+    for (int y = r.top; y < r.bottom; ++y) {
+      const bool band = y < r.top + m.ring || y >= r.bottom - m.ring;
+      for (int x = r.left; x < r.right; ++x) {
+        if (!band && x >= r.left + m.ring && x < r.right - m.ring) {
+          x = r.right - m.ring - 1;  // skip the inside of the ring
+          continue;
+        }
+        if (!NearOther(x, y, label)) Set(x, y, label);
+      }
+    }
+  }
+
+  // Keeps only the largest 8-connected piece of `label` within `area`.
+  void KeepLargestPiece(const Rect& area, Label label) {
+    std::vector<int> piece(static_cast<size_t>(area.Width()) * area.Height(), 0);
+    auto index = [&](int x, int y) {
+      return static_cast<size_t>(y - area.top) * area.Width() + (x - area.left);
+    };
+    std::vector<size_t> sizes{0};
+    std::vector<std::pair<int, int>> stack;
+    for (int y = area.top; y < area.bottom; ++y) {
+      for (int x = area.left; x < area.right; ++x) {
+        if (At(x, y) != label || piece[index(x, y)] != 0) continue;
+        const int id = static_cast<int>(sizes.size());
+        size_t count = 0;
+        piece[index(x, y)] = id;
+        stack.push_back({x, y});
+        while (!stack.empty()) {
+          const auto [cx, cy] = stack.back();
+          stack.pop_back();
+          ++count;
+          for (int dy = -1; dy <= 1; ++dy) {
+            for (int dx = -1; dx <= 1; ++dx) {
+              const int nx = cx + dx;
+              const int ny = cy + dy;
+              if (nx < area.left || ny < area.top || nx >= area.right || ny >= area.bottom) continue;
+              if (At(nx, ny) != label || piece[index(nx, ny)] != 0) continue;
+              piece[index(nx, ny)] = id;
+              stack.push_back({nx, ny});
+            }
+          }
+        }
+        sizes.push_back(count);
+      }
+    }
+    if (sizes.size() <= 2) return;  // one piece or none
+    const int keep = static_cast<int>(std::max_element(sizes.begin(), sizes.end()) - sizes.begin());
+    for (int y = area.top; y < area.bottom; ++y) {
+      for (int x = area.left; x < area.right; ++x) {
+        const int id = piece[index(x, y)];
+        if (id != 0 && id != keep) Set(x, y, 0);
+      }
+    }
+  }
+
+ private:
+  int m_width;
+  int m_height;
+  std::vector<Label> m_labels;
+};
+
+}  // namespace
+
+std::vector<uint8_t> PaintMask(const Page& page) {
+  std::vector<Marked> marked;
+  for (const Button& button : page.buttons) {
+    const Rect visible = button.rect.Intersect(page.Canvas());
+    if (visible.Empty()) continue;
+    if (marked.size() == UINT16_MAX) break;  // far beyond what a DVD page can hold
+    marked.push_back(Marked{visible, 0});
+    marked.back().ring = std::max(button.frameThickness, kMinMaskRing);
+  }
+  for (size_t i = 0; i < marked.size(); ++i) {
+    for (size_t j = i + 1; j < marked.size(); ++j) {
+      if (Touch(marked[i].rect, marked[j].rect)) TrimApart(marked[i].rect, marked[j].rect);
+    }
+  }
+
+  LabelGrid grid(page.width, page.height);
+  for (size_t i = 0; i < marked.size(); ++i) {
+    Marked& m = marked[i];
+    m.ring = RingWidth(m.rect, m.ring);
+    grid.DrawRing(m, static_cast<Label>(i + 1));
+  }
+  for (size_t i = 0; i < marked.size(); ++i) {
+    grid.KeepLargestPiece(marked[i].rect, static_cast<Label>(i + 1));
+  }
+
+  std::vector<uint8_t> rgb(static_cast<size_t>(page.width) * page.height * 3, 0);
+  for (int y = 0; y < page.height; ++y) {
+    for (int x = 0; x < page.width; ++x) {
+      if (grid.At(x, y) == 0) continue;
+      uint8_t* px = &rgb[(static_cast<size_t>(y) * page.width + x) * 3];
+      px[0] = kMaskColour.r;
+      px[1] = kMaskColour.g;
+      px[2] = kMaskColour.b;
+    }
+  }
+  return rgb;
+}
+
+}  // namespace tolvex::render

@@ -1,0 +1,121 @@
+// The exported functions of libTolvex_MenuBmp: CreateMenuBmp renders a template's menu picture,
+// ImageResize resamples one picture into another file. Status collapses to 0/1 here and no
+// exception passes this boundary.
+#include <tolvex/MenuBmp.h>
+
+#include <strings.h>
+
+#include <new>
+#include <string>
+
+#include "renderer/AtomicFile.h"
+#include "renderer/BmpWriter.h"
+#include "renderer/MenuPainter.h"
+#include "renderer/OutputName.h"
+#include "renderer/Picture.h"
+#include "renderer/QuietLogs.h"
+#include "renderer/TemplateReader.h"
+
+namespace tolvex::render {
+namespace {
+
+Status RenderMenu(const std::string& templatePath) {
+  Page page;
+  if (const Status s = ReadPage(templatePath, &page); s != Status::kOk) return s;
+  const OutputName output = ResolveOutput(templatePath, "OutputBmp", ".bmp");
+
+  SurfacePtr canvas;
+  if (const Status s = PaintMenu(page, &canvas); s != Status::kOk) return s;
+  const std::string bytes = EncodeBmp24(PixelRows{
+      cairo_image_surface_get_width(canvas.get()), cairo_image_surface_get_height(canvas.get()),
+      cairo_image_surface_get_data(canvas.get()), cairo_image_surface_get_stride(canvas.get()),
+      PixelLayout::kCairo});
+  if (bytes.empty()) return Status::kDrawingFailed;
+  if (const Status s = ReplaceFile(output.path, bytes); s != Status::kOk) return s;
+  return RecordOutput(templatePath, "OutputBmp", output);
+}
+
+// The gdk-pixbuf writer whose extensions include the target's, or nullptr (then BMP).
+const char* WriterFor(const std::string& target) {
+  const auto slash = target.find_last_of('/');
+  const auto dot = target.find_last_of('.');
+  if (dot == std::string::npos || (slash != std::string::npos && dot < slash)) return nullptr;
+  const std::string extension = target.substr(dot + 1);
+  if (strcasecmp(extension.c_str(), "bmp") == 0) return nullptr;
+
+  const char* writer = nullptr;
+  GSList* formats = gdk_pixbuf_get_formats();
+  for (GSList* f = formats; f != nullptr && writer == nullptr; f = f->next) {
+    auto* format = static_cast<GdkPixbufFormat*>(f->data);
+    if (!gdk_pixbuf_format_is_writable(format)) continue;
+    gchar** extensions = gdk_pixbuf_format_get_extensions(format);
+    for (gchar** e = extensions; *e != nullptr; ++e) {
+      if (strcasecmp(*e, extension.c_str()) == 0) {
+        // The format's name is static data of its loader, valid after the list is gone.
+        gchar* name = gdk_pixbuf_format_get_name(format);
+        writer = g_intern_string(name);
+        g_free(name);
+        break;
+      }
+    }
+    g_strfreev(extensions);
+  }
+  g_slist_free(formats);
+  return writer;
+}
+
+Status Resize(const std::string& source, const std::string& target, int width, int height) {
+  if (width <= 0 || height <= 0 ||
+      static_cast<int64_t>(width) * height > kMaxPicturePixels) {
+    return Status::kBadArgument;
+  }
+  PixbufPtr picture;
+  if (const Status s = LoadPictureAt(source, width, height, &picture); s != Status::kOk) return s;
+
+  std::string bytes;
+  if (const char* writer = WriterFor(target)) {
+    gchar* buffer = nullptr;
+    gsize size = 0;
+    GError* error = nullptr;
+    const bool ok = gdk_pixbuf_save_to_buffer(picture.get(), &buffer, &size, writer, &error,
+                                              nullptr);
+    if (error != nullptr) g_error_free(error);
+    if (!ok) return Status::kOutputUnwritable;
+    bytes.assign(buffer, size);
+    g_free(buffer);
+  } else {
+    const bool alpha = gdk_pixbuf_get_has_alpha(picture.get());
+    bytes = EncodeBmp24(PixelRows{gdk_pixbuf_get_width(picture.get()),
+                                  gdk_pixbuf_get_height(picture.get()),
+                                  gdk_pixbuf_read_pixels(picture.get()),
+                                  gdk_pixbuf_get_rowstride(picture.get()),
+                                  alpha ? PixelLayout::kRgba : PixelLayout::kRgb});
+    if (bytes.empty()) return Status::kDrawingFailed;
+  }
+  return ReplaceFile(target, bytes);
+}
+
+}  // namespace
+}  // namespace tolvex::render
+
+extern "C" int CreateMenuBmp(char* templateFile) {
+  if (templateFile == nullptr || *templateFile == '\0') return 0;
+  try {
+    tolvex::render::QuietLibraryLogs();
+    return tolvex::render::RenderMenu(templateFile) == tolvex::render::Status::kOk ? 1 : 0;
+  } catch (...) {
+    return 0;
+  }
+}
+
+extern "C" int ImageResize(char* source, char* target, int width, int height) {
+  if (source == nullptr || target == nullptr || *source == '\0' || *target == '\0') return 0;
+  try {
+    tolvex::render::QuietLibraryLogs();
+    return tolvex::render::Resize(source, target, width, height) == tolvex::render::Status::kOk
+               ? 1
+               : 0;
+  } catch (...) {
+    return 0;
+  }
+}

@@ -1,0 +1,25 @@
+// Paints the menu picture of a page: background, page title, and for each button its picture,
+// frame and title. Loads the pictures it needs; leaves encoding and writing to others.
+// Reentrant: everything lives in the call.
+#ifndef TOLVEX_RENDERER_MENUPAINTER_H
+#define TOLVEX_RENDERER_MENUPAINTER_H
+
+#include "renderer/Page.h"
+#include "renderer/Picture.h"
+#include "renderer/Status.h"
+
+namespace tolvex::render {
+
+// Paints `page` onto a new opaque canvas (cairo RGB24) of the page's size:
+//   1. the background picture stretched to the canvas, or black;
+//   2. the page title;
+//   3. each button in order: the frame is a ring along the inside of its rectangle, its
+//      thickness wide, painted with the frame picture (stretched to the whole rectangle, so
+//      that its border lands on the ring) when one is named, else in the frame colour; the
+//      button picture is stretched into the space inside the ring; then the button's title.
+// Any named picture that cannot be loaded fails the whole page.
+Status PaintMenu(const Page& page, SurfacePtr* canvas);
+
+}  // namespace tolvex::render
+
+#endif  // TOLVEX_RENDERER_MENUPAINTER_H

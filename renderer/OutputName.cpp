@@ -1,0 +1,28 @@
+// Where a renderer writes its picture, and recording the default name in the template.
+#include "renderer/OutputName.h"
+
+#include <tolvex/Profile.h>
+
+#include "renderer/Paths.h"
+#include "renderer/TemplateReader.h"
+
+namespace tolvex::render {
+
+OutputName ResolveOutput(const std::string& templatePath, const char* key, const char* suffix) {
+  const TemplateFile file(templatePath);
+  const std::string folder = TemplateFolder(templatePath);
+  const auto named = file.Text("Background", key);
+  if (named && !named->empty()) return OutputName{ResolveIn(folder, *named), std::string()};
+  const std::string fallback = TemplateStem(templatePath) + suffix;
+  return OutputName{ResolveIn(folder, fallback), fallback};
+}
+
+Status RecordOutput(const std::string& templatePath, const char* key, const OutputName& name) {
+  if (name.toRecord.empty()) return Status::kOk;
+  if (!WritePrivateProfileStringA("Background", key, name.toRecord.c_str(), templatePath.c_str())) {
+    return Status::kRecordFailed;
+  }
+  return Status::kOk;
+}
+
+}  // namespace tolvex::render

@@ -1,0 +1,29 @@
+// Where a renderer writes its picture: the name in the template's "Background" section
+// ("OutputBmp" or "OutMask"), or a default beside the template that is then recorded under
+// that key. Reads and writes the template through the profile functions only.
+#ifndef TOLVEX_RENDERER_OUTPUTNAME_H
+#define TOLVEX_RENDERER_OUTPUTNAME_H
+
+#include <string>
+
+#include "renderer/Status.h"
+
+namespace tolvex::render {
+
+struct OutputName {
+  std::string path;      // where to write, relative names taken from the template's folder
+  std::string toRecord;  // the name to write under the key afterwards; empty when it is there
+};
+
+// The output named by `key`, or "<template name><suffix>" beside the template when the key is
+// missing (or reads "default", or is empty).
+OutputName ResolveOutput(const std::string& templatePath, const char* key, const char* suffix);
+
+// Records a default name in the template once the picture is written. The bare file name is
+// recorded, relative to the template's folder like every other name in the template, so a
+// template moved with its pictures keeps working.
+Status RecordOutput(const std::string& templatePath, const char* key, const OutputName& name);
+
+}  // namespace tolvex::render
+
+#endif  // TOLVEX_RENDERER_OUTPUTNAME_H

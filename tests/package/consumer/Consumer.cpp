@@ -1,0 +1,44 @@
+// Writes a menu template through the installed library, reads it back with a second object
+// and prints "ok". Usage: consumer TEMPLATE
+#include <tolvex/MenuButton.h>
+#include <tolvex/MenuTemplate.h>
+#include <tolvex/MenuTitle.h>
+
+#include <cstdio>
+
+int main(int argc, char** argv) {
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: consumer TEMPLATE\n");
+    return 2;
+  }
+  CMenuTemplate writer(argv[1]);
+  const bool written = writer.SetCurrentNumOfButtons(3) && writer.SetBkTitle("Main Menu") &&
+                       writer.SetBtnPosition(1, tagRECT{10, 20, 110, 60}) &&
+                       writer.SetBtnTitle(1, "Play");
+
+  CMenuTemplate reader;
+  reader.SetTemplateFile(argv[1]);
+  unsigned int count = 0;
+  CString title, buttonTitle;
+  tagRECT rect{};
+  const bool read = reader.GetCurrentNumOfButtons(&count) && reader.GetBkTitle(&title) &&
+                    reader.GetBtnPosition(1, &rect) && reader.GetBtnTitle(1, &buttonTitle);
+
+  CMenuTitle record;
+  record.SetTitle(buttonTitle);
+  CMenuButton button;
+  button.SetRect(&rect);
+  CString recordTitle;
+  tagRECT recordRect{};
+  record.GetTitle(&recordTitle);
+  button.GetRect(&recordRect);
+
+  if (!written || !read || count != 3 || title != "Main Menu" || recordTitle != "Play" ||
+      recordRect.left != 10 || recordRect.top != 20 || recordRect.right != 110 ||
+      recordRect.bottom != 60) {
+    std::fprintf(stderr, "round trip failed: written %d, read %d\n", written, read);
+    return 1;
+  }
+  std::printf("ok\n");
+  return 0;
+}

@@ -1,0 +1,95 @@
+// Child roles of the platform tests and the main that dispatches to them.
+#include "platform/ChildProcess.h"
+
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <tolvex/Profile.h>
+#include <unistd.h>
+
+#include "platform/FaultInjection.h"
+
+#include <csignal>
+#include <cstring>
+#include <string>
+
+extern char** environ;
+
+namespace tolvex::test {
+namespace {
+
+// writer <file> <prefix> <count>: writes keys <prefix>0.. of section "s"; fails on a FALSE.
+int Writer(char** args) {
+  const int count = std::atoi(args[2]);
+  for (int i = 0; i < count; ++i) {
+    std::string key = std::string(args[1]) + std::to_string(i);
+    if (!WritePrivateProfileStringA("s", key.c_str(), key.c_str(), args[0])) return 1;
+  }
+  return 0;
+}
+
+// flipper <file> <bytes>: rewrites key "big" with alternating long values until killed.
+int Flipper(char** args) {
+  const size_t bytes = std::strtoul(args[1], nullptr, 10);
+  for (unsigned round = 0;; ++round) {
+    std::string value(bytes, static_cast<char>('a' + round % 2));
+    if (!WritePrivateProfileStringA("s", "big", value.c_str(), args[0])) return 1;
+  }
+}
+
+// filesize <file> <limit> <bytes>: writes a value of <bytes> under RLIMIT_FSIZE <limit>;
+// exits 0 when the write failed cleanly, 2 when it claimed success.
+int FileSize(char** args) {
+  struct rlimit limit;
+  limit.rlim_cur = limit.rlim_max = std::strtoul(args[1], nullptr, 10);
+  if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 3;
+  std::string value(std::strtoul(args[2], nullptr, 10), 'x');
+  return WritePrivateProfileStringA("s", "big", value.c_str(), args[0]) ? 2 : 0;
+}
+
+// dies-at <file> <primitive> <nth>: changes the file and is SIGKILLed just before the nth
+// call of <primitive> (0 Open .. 5 Lock) during that write.
+int DiesAt(char** args) {
+  auto primitive = static_cast<platform::Primitive>(std::atoi(args[1]));
+  platform::RunBeforeNthCall(primitive, std::atoi(args[2]), [] { raise(SIGKILL); });
+  return WritePrivateProfileStringA("s", "k", "new", args[0]) ? 0 : 1;
+}
+
+int RunChild(const std::string& role, char** args) {
+  if (role == "writer") return Writer(args);
+  if (role == "flipper") return Flipper(args);
+  if (role == "filesize") return FileSize(args);
+  if (role == "dies-at") return DiesAt(args);
+  return 64;
+}
+
+}  // namespace
+
+pid_t SpawnChild(const std::string& role, const std::vector<std::string>& args) {
+  std::vector<std::string> all = {"/proc/self/exe", "--tolvex-child", role};
+  all.insert(all.end(), args.begin(), args.end());
+  std::vector<char*> argv;
+  for (std::string& arg : all) argv.push_back(arg.data());
+  argv.push_back(nullptr);
+  pid_t pid = -1;
+  int error = posix_spawn(&pid, "/proc/self/exe", nullptr, nullptr, argv.data(), environ);
+  EXPECT_EQ(error, 0) << "cannot start a child: " << std::strerror(error);
+  return pid;
+}
+
+int WaitChild(pid_t pid) {
+  int status = 0;
+  while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+  }
+  return status;
+}
+
+}  // namespace tolvex::test
+
+int main(int argc, char** argv) {
+  if (argc >= 3 && std::strcmp(argv[1], "--tolvex-child") == 0)
+    return tolvex::test::RunChild(argv[2], argv + 3);
+  ::testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,61 @@
+// Writers of one file in several processes and threads lose no update.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <tolvex/Profile.h>
+
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/ChildProcess.h"
+#include "support/TempDir.h"
+
+namespace tolvex::test {
+namespace {
+
+constexpr int kWriters = 4;
+constexpr int kKeysEach = 40;
+
+void ExpectEveryKey(const std::string& path) {
+  for (int writer = 0; writer < kWriters; ++writer) {
+    for (int i = 0; i < kKeysEach; ++i) {
+      std::string key = "w" + std::to_string(writer) + "_" + std::to_string(i);
+      char buffer[32];
+      GetPrivateProfileStringA("s", key.c_str(), "lost", buffer, sizeof buffer, path.c_str());
+      EXPECT_EQ(std::string(buffer), key);
+    }
+  }
+}
+
+TEST(Concurrency, WritersInSeveralProcessesLoseNoKey) {
+  TempDir dir;
+  const std::string path = dir.File("t.ini");
+  std::vector<pid_t> children;
+  for (int writer = 0; writer < kWriters; ++writer)
+    children.push_back(SpawnChild(
+        "writer", {path, "w" + std::to_string(writer) + "_", std::to_string(kKeysEach)}));
+  for (pid_t child : children) {
+    int status = WaitChild(child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "status " << status;
+  }
+  ExpectEveryKey(path);
+}
+
+TEST(Concurrency, WritersInSeveralThreadsLoseNoKey) {
+  TempDir dir;
+  const std::string path = dir.File("t.ini");
+  std::vector<std::thread> threads;
+  for (int writer = 0; writer < kWriters; ++writer) {
+    threads.emplace_back([&path, writer] {
+      for (int i = 0; i < kKeysEach; ++i) {
+        std::string key = "w" + std::to_string(writer) + "_" + std::to_string(i);
+        EXPECT_TRUE(WritePrivateProfileStringA("s", key.c_str(), key.c_str(), path.c_str()));
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  ExpectEveryKey(path);
+}
+
+}  // namespace
+}  // namespace tolvex::test

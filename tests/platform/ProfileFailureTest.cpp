@@ -1,0 +1,123 @@
+// Failed writes return FALSE and leave the file byte for byte as it was, with nothing beside
+// it: injected OS errors, read-only files (for root too), bad paths and the file-size limit.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <tolvex/Profile.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <set>
+#include <string>
+
+#include "platform/ChildProcess.h"
+#include "platform/FaultInjection.h"
+#include "support/TempDir.h"
+
+namespace tolvex::test {
+namespace {
+
+using platform::Primitive;
+
+const std::string kOriginal = "; keep\r\n[s]\r\nk=1\r\n\r\n";
+
+class ProfileFailure : public ::testing::Test {
+ protected:
+  void SetUp() override { WriteFile(m_path, kOriginal); }
+  void TearDown() override { platform::ClearFaults(); }
+
+  std::set<std::string> Entries() const {
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(m_dir.path()))
+      names.insert(entry.path().filename().string());
+    return names;
+  }
+  void ExpectUntouched() const {
+    EXPECT_EQ(ReadFile(m_path), kOriginal);
+    EXPECT_EQ(Entries(), std::set<std::string>{"t.ini"});
+  }
+
+  TempDir m_dir;
+  std::string m_path = m_dir.File("t.ini");
+};
+
+TEST_F(ProfileFailure, FailedPrimitiveLeavesFileUnchanged) {
+  const struct {
+    Primitive primitive;
+    int error;
+  } faults[] = {{Primitive::Open, EIO},   {Primitive::Read, EIO},       {Primitive::Write, ENOSPC},
+                {Primitive::Write, EIO},  {Primitive::Sync, EIO},       {Primitive::Rename, ENOSPC},
+                {Primitive::Rename, EIO}, {Primitive::Lock, ENOLCK}};
+  for (const auto& fault : faults) {
+    SCOPED_TRACE(static_cast<int>(fault.primitive));
+    platform::FailNthCall(fault.primitive, 1, fault.error);
+    EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "2", m_path.c_str()));
+    ExpectUntouched();
+    platform::ClearFaults();
+  }
+  EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "2", m_path.c_str()));
+  EXPECT_EQ(ReadFile(m_path), "; keep\r\n[s]\r\nk=2\r\n\r\n");
+}
+
+TEST_F(ProfileFailure, FailedCreationLeavesNoFile) {
+  const std::string fresh = m_dir.File("new.ini");
+  platform::FailNthCall(Primitive::Write, 1, ENOSPC);
+  EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "v", fresh.c_str()));
+  ExpectUntouched();
+}
+
+TEST_F(ProfileFailure, NthRenameFailsTheNthWriteThatChangesTheFile) {
+  platform::FailNthCall(Primitive::Rename, 2, ENOSPC);
+  EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "2", m_path.c_str()));
+  EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "2", m_path.c_str()));  // no change, no rename
+  const std::string before = ReadFile(m_path);
+  EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "3", m_path.c_str()));
+  EXPECT_EQ(ReadFile(m_path), before);
+  EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "3", m_path.c_str()));
+}
+
+TEST_F(ProfileFailure, FailedReadGivesDefault) {
+  platform::FailNthCall(Primitive::Read, 1, EIO);
+  char buffer[16];
+  EXPECT_EQ(GetPrivateProfileStringA("s", "k", "dflt", buffer, sizeof buffer, m_path.c_str()), 4u);
+  EXPECT_STREQ(buffer, "dflt");
+}
+
+// Holds as root too, whom the permission bits alone would not stop.
+TEST_F(ProfileFailure, FileWithoutWriteBitsIsReadOnlyForEveryone) {
+  ASSERT_EQ(chmod(m_path.c_str(), 0444), 0);
+  EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "2", m_path.c_str()));
+  EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "1", m_path.c_str()));  // even unchanged
+  EXPECT_FALSE(WritePrivateProfileStringA("s", "new", "1", m_path.c_str()));
+  EXPECT_FALSE(WritePrivateProfileStringA("s", "k", nullptr, m_path.c_str()));
+  EXPECT_FALSE(WritePrivateProfileStringA("s", nullptr, nullptr, m_path.c_str()));
+  ExpectUntouched();
+  struct stat info;
+  ASSERT_EQ(stat(m_path.c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 07777, 0444u);
+}
+
+TEST_F(ProfileFailure, BadPathsFailAndReadTheDefault) {
+  const std::string missingFolder = m_dir.File("no/such/t.ini");
+  for (const char* path : {"", missingFolder.c_str(), m_dir.path().c_str()}) {
+    SCOPED_TRACE(path);
+    EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "v", path));
+    EXPECT_FALSE(WritePrivateProfileStringA("s", "k", nullptr, path));
+    char buffer[16];
+    EXPECT_EQ(GetPrivateProfileStringA("s", "k", "dflt", buffer, sizeof buffer, path), 4u);
+    EXPECT_STREQ(buffer, "dflt");
+  }
+  EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "v", nullptr));
+  ExpectUntouched();
+}
+
+TEST_F(ProfileFailure, FileSizeLimitFailsTheWriteWithoutKillingTheProcess) {
+  pid_t child = SpawnChild("filesize", {m_path, std::to_string(kOriginal.size() + 64), "4096"});
+  int status = WaitChild(child);
+  ASSERT_TRUE(WIFEXITED(status)) << "killed by signal " << WTERMSIG(status);
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+  ExpectUntouched();
+}
+
+}  // namespace
+}  // namespace tolvex::test
