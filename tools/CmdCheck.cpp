@@ -98,12 +98,12 @@ class Checker {
       for (const KeyRef& ref : KeysOf(property, where, layout)) {
         std::optional<std::string> raw = RawValue(m_file.library(), ref.section, ref.key);
         if (!raw) continue;
-        std::string where_ = Join(place, property.ShortName());
+        std::string label = Join(place, property.ShortName());
         if (*raw == "default")
-          m_report.Add(Severity::kWarning, where_,
+          m_report.Add(Severity::kWarning, label,
                        ref.key + " holds \"default\", which reads as missing");
         else if (raw->size() >= static_cast<std::size_t>(property.readBuffer))
-          m_report.Add(Severity::kWarning, where_,
+          m_report.Add(Severity::kWarning, label,
                        std::to_string(raw->size()) + " characters, of which only the first " +
                            std::to_string(property.readBuffer - 1) + " are read back");
       }

@@ -59,6 +59,7 @@ int RunCommandLine(int argc, char** argv) {
   AddPropertyOptions(cmd, &set);
   cmd->add_option("VALUE", set.values, "the property's values, in the order listed below")
       ->required();
+  cmd->footer(PropertyList() + "Put -- before a text value that begins with '-'.\n");
   cmd->callback([&] { run = [&] { return RunSet(set); }; });
 
   std::string file;

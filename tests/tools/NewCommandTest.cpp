@@ -73,12 +73,12 @@ TEST(NewCommand, WritesEveryLayoutInsideTheNtscCanvasAndChecksClean) {
 TEST(NewCommand, PalUsesTheTallerCanvas) {
   TempDir dir;
   const std::string file = dir.File("pal.ini");
-  ASSERT_EQ(RunTool({"new", file, "--pal", "--buttons", "16", "--max", "16"}).status, 0);
+  ASSERT_EQ(RunTool({"new", file, "--pal", "--buttons", "9", "--max", "9"}).status, 0);
   json page = ShowJson(file);
   EXPECT_EQ(page["page"]["mode"], "pal");
-  ExpectTidyLayouts(page, 16, 720, 576);
+  ExpectTidyLayouts(page, 9, 720, 576);
   // The grid uses the PAL height: its last row sits below where an NTSC page ends.
-  EXPECT_GT(page["layouts"][15]["buttons"][15]["rect"]["bottom"], 432);
+  EXPECT_GT(page["layouts"][8]["buttons"][8]["rect"]["bottom"], 432);
 }
 
 TEST(NewCommand, BareFileNameMeansTheCurrentFolderAndPicturesAreKeptRelative) {
