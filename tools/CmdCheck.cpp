@@ -177,7 +177,8 @@ class Checker {
   void CheckRect(const Placed& button, const std::string& where) {
     std::string place = Join(where, button.name);
     if (!IsProper(button.rect))
-      m_report.Add(Severity::kError, place, "rectangle " + RectText(button.rect) + " is empty or inverted");
+      m_report.Add(Severity::kError, place,
+                   "rectangle " + RectText(button.rect) + " is empty or inverted");
     else if (!m_canvas.Contains(button.rect))
       m_report.Add(Severity::kError, place,
                    "rectangle " + RectText(button.rect) + " reaches outside the " +

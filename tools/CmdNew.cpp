@@ -42,7 +42,8 @@ class Writer {
   Writer(const TemplatePath& file, CMenuTemplate* menu) : m_file(file), m_menu(menu) {}
   template <class... A, class... B>
   void operator()(const char* what, int (CMenuTemplate::*setter)(A...), B&&... args) {
-    if (!(m_menu->*setter)(std::forward<B>(args)...)) throw ToolError(m_file.given(), std::string("cannot write ") + what);
+    if (!(m_menu->*setter)(std::forward<B>(args)...))
+      throw ToolError(m_file.given(), std::string("cannot write ") + what);
   }
 
  private:
@@ -103,7 +104,8 @@ int RunNew(const NewOptions& options) {
     PagePlan plan = PlanPage(count, canvas);
     for (unsigned i = 1; i <= count; ++i) {
       const ButtonPlace& place = plan.buttons[i - 1];
-      const std::string what = "button " + std::to_string(i) + " of layout " + std::to_string(count);
+      const std::string what =
+          "button " + std::to_string(i) + " of layout " + std::to_string(count);
       write(what.c_str(), &C::SetBtnPosition, i, place.rect);
       write(what.c_str(), &C::SetBtnFrameSize, i, kFrameThickness);
       write(what.c_str(), &C::SetBtnFrameRGB, i, kFrameColour.r, kFrameColour.g, kFrameColour.b);

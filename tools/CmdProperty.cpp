@@ -84,7 +84,8 @@ int RunSet(const PropertyOptions& options) {
   for (std::size_t i = 0; i < options.values.size(); ++i) {
     std::string why;
     auto value = ParseValue(property.slots[i].kind, options.values[i], &why);
-    if (!value) throw ToolError(file.given(), property.name + " " + property.slots[i].name + ": " + why);
+    if (!value)
+      throw ToolError(file.given(), property.name + " " + property.slots[i].name + ": " + why);
     values.push_back(*value);
   }
   file.RequireWritable();

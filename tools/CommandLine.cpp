@@ -69,14 +69,16 @@ int RunCommandLine(int argc, char** argv) {
   cmd->add_flag("--json", json, "print JSON");
   cmd->callback([&] { run = [&] { return RunShow(file, json); }; });
 
-  cmd = app.add_subcommand("check", "find what will go wrong on rendering (exit 0 clean, 1 warnings, 2 errors)");
+  cmd = app.add_subcommand(
+      "check", "find what will go wrong on rendering (exit 0 clean, 1 warnings, 2 errors)");
   cmd->add_option("FILE", file, "template file")->required();
   cmd->callback([&] { run = [&] { return RunCheck(file); }; });
 
   std::string preview;
   cmd = app.add_subcommand("render", "render the menu picture and its mask");
   cmd->add_option("FILE", file, "template file")->required();
-  cmd->add_option("--preview", preview, "also write a PNG of the menu with the button areas outlined");
+  cmd->add_option("--preview", preview,
+                  "also write a PNG of the menu with the button areas outlined");
   cmd->callback([&] { run = [&] { return RunRender(file, preview); }; });
 
   std::string source, target;

@@ -2,6 +2,7 @@
 #include "tools/PageReader.h"
 
 #include "tools/RawProfile.h"
+#include "tools/ToolError.h"
 
 #include <algorithm>
 #include <set>
@@ -73,8 +74,10 @@ PageReading ReadPage(const std::string& scratch) {
   }
   for (long long count : counts) {
     if (page.layoutInUse && count == *page.layoutInUse) continue;
-    menu.SetCurrentNumOfButtons(static_cast<unsigned int>(count));
-    page.layouts.push_back({count, false, sections.count(count) > 0, ReadButtons(menu, scratch, count)});
+    if (!menu.SetCurrentNumOfButtons(static_cast<unsigned int>(count)))
+      throw ToolError(scratch, "cannot switch the scratch copy to another layout");
+    page.layouts.push_back(
+        {count, false, sections.count(count) > 0, ReadButtons(menu, scratch, count)});
   }
   std::sort(page.layouts.begin(), page.layouts.end(),
             [](const LayoutReading& a, const LayoutReading& b) { return a.count < b.count; });

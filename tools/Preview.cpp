@@ -133,7 +133,8 @@ int WritePreview(const std::string& menuPath, const std::string& maskPath,
   cairo_status_t status = cairo_surface_write_to_png(surface, png.c_str());
   cairo_surface_destroy(surface);
   if (status != CAIRO_STATUS_SUCCESS)
-    throw ToolError(png, std::string("cannot write the preview: ") + cairo_status_to_string(status));
+    throw ToolError(png,
+                    std::string("cannot write the preview: ") + cairo_status_to_string(status));
   return static_cast<int>(areas.size());
 }
 

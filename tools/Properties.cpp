@@ -299,7 +299,8 @@ std::vector<KeyRef> KeysOf(const Property& property, unsigned where, long long l
     return text;
   };
   std::vector<KeyRef> refs;
-  for (const std::string& key : property.keys) refs.push_back({expand(property.section), expand(key)});
+  for (const std::string& key : property.keys)
+    refs.push_back({expand(property.section), expand(key)});
   return refs;
 }
 

@@ -45,7 +45,8 @@ TEST(RenderCommand, WritesMenuMaskAndAPreviewWithEveryButtonOutlined) {
   EXPECT_EQ(PngSize(ReadFile(dir.File("look.png"))), std::make_pair(720u, 480u));
 
   // Without the next button the mask has one area less.
-  ASSERT_EQ(RunTool({"set", "menu.ini", "nav.enabled", "no", "--nav", "next"}, dir.path()).status, 0);
+  ASSERT_EQ(RunTool({"set", "menu.ini", "nav.enabled", "no", "--nav", "next"}, dir.path()).status,
+            0);
   rendered = RunTool({"render", "menu.ini", "--preview", "look.png"}, dir.path());
   EXPECT_NE(rendered.out.find("(4 button areas)"), std::string::npos) << rendered.out;
 }
