@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -149,4 +151,28 @@ TEST(PropertyCommandFiles, ReadOnlyTemplateIsNotReplaced) {
   EXPECT_EQ(result.status, 2);
   EXPECT_NE(result.err.find("cannot write"), std::string::npos) << result.err;
   EXPECT_EQ(ReadFile(file), "[Background]\r\nBackgroundTitle=Old\r\n");
+}
+
+TEST(PropertyCommandFiles, AWriteThatFailsHalfWayLeavesTheFileWhole) {
+  TempDir dir;
+  const std::string file = dir.File("menu.ini");
+  // new stops part-way through its layouts: no template appears, and nothing is left over.
+  ToolResult made = RunTool({"new", file, "--buttons", "4"}, "", 4000);
+  EXPECT_EQ(made.status, 2);
+  EXPECT_NE(made.err.find(file + ": cannot write"), std::string::npos) << made.err;
+  EXPECT_TRUE(std::filesystem::is_empty(dir.path()));
+
+  // set of a value that no longer fits: the template keeps every byte.
+  ASSERT_EQ(RunTool({"new", file, "--buttons", "1"}).status, 0);
+  const std::string before = ReadFile(file);
+  ToolResult set = RunTool({"set", file, "button.title.position", "1000000", "-1000000",
+                            "--button", "1"},
+                           "", before.size() + 4);
+  EXPECT_EQ(set.status, 2);
+  EXPECT_NE(set.err.find("cannot write button.title.position of button 1"), std::string::npos)
+      << set.err;
+  EXPECT_EQ(ReadFile(file), before);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()),
+                          std::filesystem::directory_iterator()),
+            1);
 }

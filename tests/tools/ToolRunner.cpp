@@ -4,14 +4,18 @@
 #include "support/TempDir.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 namespace tolvex::test {
 
-ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd) {
+ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd,
+                   unsigned long fileSizeLimit) {
   TempDir capture;
   const std::string out = capture.File("out"), err = capture.File("err");
   std::vector<char*> argv{const_cast<char*>(MENUTEMPLATE_TOOL)};
@@ -24,6 +28,11 @@ ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd)
     int e = open(err.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
     if (o < 0 || e < 0 || dup2(o, 1) < 0 || dup2(e, 2) < 0) _exit(126);
     if (!cwd.empty() && chdir(cwd.c_str()) != 0) _exit(126);
+    if (fileSizeLimit) {
+      signal(SIGXFSZ, SIG_IGN);  // stays ignored across exec: writes fail instead
+      struct rlimit limit {fileSizeLimit, fileSizeLimit};
+      if (setrlimit(RLIMIT_FSIZE, &limit) != 0) _exit(126);
+    }
     execv(argv[0], argv.data());
     _exit(127);
   }

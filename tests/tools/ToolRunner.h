@@ -15,8 +15,10 @@ struct ToolResult {
   std::string err;
 };
 
-// Runs menutemplate with `args` in the folder `cwd` (the test's own when empty).
-ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd = "");
+// Runs menutemplate with `args` in the folder `cwd` (the test's own when empty). With a
+// `fileSizeLimit`, every file write of the tool beyond that many bytes fails (EFBIG).
+ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd = "",
+                   unsigned long fileSizeLimit = 0);
 
 // `show --json` of `file`, parsed; fails the test when the tool fails.
 nlohmann::json ShowJson(const std::string& file);
