@@ -4,6 +4,7 @@
 #include "platform/ProfileStore.h"
 
 #include <cstring>
+#include <memory>
 #include <optional>
 
 #include "platform/IniDocument.h"
@@ -15,6 +16,23 @@ namespace tolvex::platform {
 namespace {
 
 bool IsBareName(const char* file) { return std::strpbrk(file, "/\\") == nullptr; }
+
+// The parse of the bytes this thread read last. Reads of one template come in long runs
+// (a getter of four values is five reads), and parsing costs far more than reading, so a read
+// whose file holds exactly the same bytes again reuses the parse. Every read still reads the
+// whole file and compares every byte: no change by any writer is ever missed.
+const IniDocument& Parsed(std::string bytes) {
+  struct LastParse {
+    std::string bytes;
+    std::unique_ptr<IniDocument> document;
+  };
+  thread_local LastParse last;
+  if (!last.document || last.bytes != bytes) {
+    last.document = std::make_unique<IniDocument>(bytes);
+    last.bytes = std::move(bytes);
+  }
+  return *last.document;
+}
 
 Status LockedWrite(const char* app, const char* key, const char* value,
                    const std::string& path) {
@@ -38,7 +56,7 @@ Status LockedWrite(const char* app, const char* key, const char* value,
     return os::ReplaceFile(target, "");
   }
 
-  IniDocument document(bytes);
+  const IniDocument& document = Parsed(bytes);
   std::optional<std::string> changed;
   if (!key) {
     changed = RemoveSection(document, bytes, app);
@@ -72,7 +90,7 @@ Status ReadProfileString(const char* app, const char* key, const char* defaultTe
   if (status.ok()) status = os::ReadWholeFile(path, &bytes);
   if (!status.ok()) bytes.clear();
 
-  IniDocument document(bytes);
+  const IniDocument& document = Parsed(std::move(bytes));
   if (!app) {
     *length = ListSectionNames(document, buffer, size);
   } else if (!key) {

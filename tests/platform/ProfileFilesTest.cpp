@@ -117,3 +117,23 @@ TEST(CopyFile, CopyOfReadOnlyFileIsReadOnly) {
 
 }  // namespace
 }  // namespace tolvex::test
+
+namespace tolvex::test {
+namespace {
+
+TEST(ProfileRead, SeesAnInPlaceEditOfTheSameSizeAtOnce) {
+  TempDir dir;
+  const std::string file = dir.File("a.ini");
+  WriteFile(file, "[s]\r\nk=1\r\n");
+  EXPECT_EQ("1", Read("s", "k", file.c_str()));
+  for (char digit = '2'; digit <= '9'; ++digit) {
+    WriteFile(file, std::string("[s]\r\nk=") + digit + "\r\n");  // same size, same inode
+    EXPECT_EQ(std::string(1, digit), Read("s", "k", file.c_str()));
+  }
+  WriteFile(dir.File("b.ini"), "[s]\r\nk=9\r\n");
+  EXPECT_EQ("9", Read("s", "k", dir.File("b.ini").c_str())) << "same bytes, another file";
+  EXPECT_EQ("missing", Read("s", "k", dir.File("none.ini").c_str()));
+}
+
+}  // namespace
+}  // namespace tolvex::test
