@@ -13,6 +13,9 @@
 namespace menutool {
 namespace {
 
+// How often set starts again when another writer keeps changing the file under it.
+constexpr int kEditAttempts = 5;
+
 struct Target {
   const Property* property;
   unsigned where = 0;
@@ -91,11 +94,20 @@ int RunSet(const PropertyOptions& options) {
   file.RequireWritable();
   RequireLayout(target, file);
 
-  StagedEdit edit(file, /*fromOriginal=*/true);
-  CMenuTemplate menu{CString(edit.path().c_str())};
-  if (!property.set(menu, target.where, values))
-    throw ToolError(file.given(), "cannot write " + target.label);
-  edit.Commit();
+  // Another writer changing the file meanwhile makes the edit start again on its new bytes.
+  for (int attempt = 1;; ++attempt) {
+    try {
+      StagedEdit edit(file, /*fromOriginal=*/true);
+      CMenuTemplate menu{CString(edit.path().c_str())};
+      if (!property.set(menu, target.where, values))
+        throw ToolError(file.given(), "cannot write " + target.label);
+      edit.Commit();
+      break;
+    } catch (const StagedEdit::ChangedMeanwhile&) {
+      if (attempt == kEditAttempts)
+        throw ToolError(file.given(), "keeps being changed by another program; nothing written");
+    }
+  }
   if (property.name == "button.navinfo" && target.where <= 1)
     std::cerr << "menutemplate: note: the library keeps the navigation values of button "
               << target.where << " in the " << (target.where ? "NextButton" : "PrevButton")

@@ -13,6 +13,8 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <vector>
 
 namespace menutool {
@@ -28,6 +30,11 @@ void CopyThroughLibrary(const std::string& from, const std::string& to,
   std::error_code e1, e2;
   if (!fs::exists(to) || fs::file_size(from, e1) != fs::file_size(to, e2) || e1 || e2)
     throw ToolError(subject, "cannot copy the template to " + to);
+}
+
+std::string ReadBytes(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
 }  // namespace
@@ -55,7 +62,7 @@ ScratchCopy::~ScratchCopy() {
 }
 
 StagedEdit::StagedEdit(const TemplatePath& target, bool fromOriginal, bool replace)
-    : m_target(target), m_final(target.library()) {
+    : m_target(target), m_final(target.library()), m_fromOriginal(fromOriginal) {
   struct stat st {};
   bool exists = stat(m_final.c_str(), &st) == 0;
   if (fromOriginal) {
@@ -82,7 +89,9 @@ StagedEdit::StagedEdit(const TemplatePath& target, bool fromOriginal, bool repla
   m_staged = name.data();
   if (fromOriginal) {
     try {
+      m_copiedBytes = ReadBytes(m_final);
       CopyThroughLibrary(m_final, m_staged, target.given());
+      if (ReadBytes(m_staged) != m_copiedBytes) throw ChangedMeanwhile{};
     } catch (...) {
       unlink(m_staged.c_str());
       throw;
@@ -99,6 +108,9 @@ void StagedEdit::Commit() {
   int fd = open(m_staged.c_str(), O_RDONLY);
   bool ok = fd >= 0 && fsync(fd) == 0;
   if (fd >= 0) close(fd);
+  // A writer that changes the file after this check and before the rename, a window of
+  // microseconds, can still lose its change; one that changed it during our edit does not.
+  if (ok && m_fromOriginal && ReadBytes(m_final) != m_copiedBytes) throw ChangedMeanwhile{};
   if (!ok || chmod(m_staged.c_str(), m_mode) != 0 || rename(m_staged.c_str(), m_final.c_str()) != 0)
     throw ToolError(m_target.given(), "cannot replace the file: " + ErrnoText());
   m_committed = true;

@@ -4,7 +4,9 @@
 // that a command edits through CMenuTemplate and then renames over it in one step, so the
 // file is never seen half-written, whatever setter fails on the way. Both copies are made
 // with CMenuTemplate::CopyTemplateFile and removed when the object goes unless committed.
-// Not for concurrent use of one object; concurrent tools on one file: the last commit wins.
+// A StagedEdit of an existing file commits only if the file still holds the bytes it was
+// copied from, so an edit made meanwhile by another writer is not silently undone: the commit
+// reports it and the command starts again. Not for concurrent use of one object.
 #ifndef TOLVEX_TOOLS_TEMPLATECOPY_H
 #define TOLVEX_TOOLS_TEMPLATECOPY_H
 
@@ -39,14 +41,19 @@ class StagedEdit {
 
   // The path to bind a CMenuTemplate to.
   const std::string& path() const { return m_staged; }
-  // Renames the staged file over the target; throws ToolError when that fails.
+  // Renames the staged file over the target; throws ToolError when that fails, and
+  // ChangedMeanwhile when another writer changed the target since it was copied.
   void Commit();
+
+  struct ChangedMeanwhile {};
 
  private:
   const TemplatePath& m_target;
   std::string m_final;   // the target with symbolic links resolved
   std::string m_staged;
   unsigned m_mode;
+  std::string m_copiedBytes;  // the target's bytes when it was copied (fromOriginal only)
+  bool m_fromOriginal;
   bool m_committed = false;
 };
 

@@ -3,6 +3,7 @@
 
 #include "tools/ToolError.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -41,6 +42,11 @@ void TemplatePath::RequireReadable() const {
 
 void TemplatePath::RequireWritable() const {
   RequireReadable();
+  // A file without write permission bits is read-only for everyone, root included, as the
+  // profile functions treat it.
+  struct stat info {};
+  if (stat(m_path.c_str(), &info) == 0 && (info.st_mode & 0222) == 0)
+    throw ToolError(m_given, "cannot write: the file is read-only");
   if (access(m_path.c_str(), W_OK) != 0)
     throw ToolError(m_given, std::string("cannot write: ") + std::strerror(errno));
 }
