@@ -4,179 +4,76 @@
 
 #include <gtest/gtest.h>
 
-#include <climits>
+#include <cstring>
+#include <sstream>
 #include <string>
 #include <type_traits>
 
 namespace tolvex::test {
 namespace {
 
-std::string Str(const CString& text) {
-  return std::string(text.GetString(), static_cast<size_t>(text.GetLength()));
+// Values() of a title after Fill(): each of the 8 getters gave 1; flags and position as given.
+const char kFilled[] = "8:-12,-34|Chapter One|DejaVu Sans|4294967295|-1|7|2|ffffffff";
+
+int Fill(CMenuTitle& title) {  // the sum of the setters' results
+  tagPOINT pos{-12, -34};
+  return title.SetPos(&pos) + title.SetTitle("Chapter One") + title.SetFontName("DejaVu Sans") +
+         title.SetFontSize(4294967295u) + title.SetFontItalic(-1) + title.SetFontBold(7) +
+         title.SetFontUnderline(2) + title.SetFontRGB(0xFFFFFFFFul);
 }
 
-std::string TitleText(CMenuTitle& title) {
-  CString text;
-  title.GetTitle(&text);
-  return Str(text);
-}
-
-void FillTitle(CMenuTitle& title) {
-  tagPOINT pos{-12, INT_MIN};
-  ASSERT_EQ(title.SetPos(&pos), 1);
-  ASSERT_EQ(title.SetTitle("Chapter One"), 1);
-  ASSERT_EQ(title.SetFontName("DejaVu Sans"), 1);
-  ASSERT_EQ(title.SetFontSize(4294967295u), 1);
-  ASSERT_EQ(title.SetFontItalic(-1), 1);
-  ASSERT_EQ(title.SetFontBold(7), 1);
-  ASSERT_EQ(title.SetFontUnderline(2), 1);
-  ASSERT_EQ(title.SetFontRGB(0xFFFFFFFFul), 1);
-}
-
-void ExpectFilledTitle(CMenuTitle& title) {
+std::string Values(CMenuTitle& t) {
   tagPOINT pos{};
-  CString name;
+  CString text, name;
   unsigned int size = 0;
   int italic = 0, bold = 0, underline = 0;
   unsigned long rgb = 0;
-  EXPECT_EQ(title.GetPos(&pos), 1);
-  EXPECT_EQ(title.GetFontName(&name), 1);
-  EXPECT_EQ(title.GetFontSize(&size), 1);
-  EXPECT_EQ(title.GetFontItalic(&italic), 1);
-  EXPECT_EQ(title.GetFontBold(&bold), 1);
-  EXPECT_EQ(title.GetFontUnderline(&underline), 1);
-  EXPECT_EQ(title.GetFontRGB(&rgb), 1);
-  EXPECT_EQ(pos.x, -12);
-  EXPECT_EQ(pos.y, INT_MIN);
-  EXPECT_EQ(TitleText(title), "Chapter One");
-  EXPECT_EQ(Str(name), "DejaVu Sans");
-  EXPECT_EQ(size, 4294967295u);
-  EXPECT_EQ(italic, -1);
-  EXPECT_EQ(bold, 7);
-  EXPECT_EQ(underline, 2);
-  EXPECT_EQ(rgb, 0xFFFFFFFFul);
+  const int ok = t.GetPos(&pos) + t.GetTitle(&text) + t.GetFontName(&name) + t.GetFontSize(&size) +
+                 t.GetFontItalic(&italic) + t.GetFontBold(&bold) +
+                 t.GetFontUnderline(&underline) + t.GetFontRGB(&rgb);
+  std::ostringstream out;
+  out << ok << ':' << pos.x << ',' << pos.y << '|' << text << '|' << name << '|' << size << '|'
+      << italic << '|' << bold << '|' << underline << '|' << std::hex << rgb;
+  return out.str();
 }
 
-TEST(MenuTitle, KeepsEveryValueAsGiven) {
-  CMenuTitle title;
-  FillTitle(title);
-  ExpectFilledTitle(title);
-}
-
-TEST(MenuTitle, CopiesHaveEqualValuesAndTheirOwnStrings) {
-  CMenuTitle original;
-  FillTitle(original);
-
+TEST(MenuTitle, KeepsValuesAsGivenAndCopiesAreIndependent) {
+  CMenuTitle original, assigned;
+  EXPECT_EQ(Fill(original), 8);
   CMenuTitle copied(original);
-  CMenuTitle assigned;
   assigned = original;
-  ExpectFilledTitle(copied);
-  ExpectFilledTitle(assigned);
-
+  EXPECT_EQ(Values(copied) + Values(assigned), std::string(kFilled) + kFilled);
   copied.SetTitle("Changed");
   assigned.SetFontName("Changed");
-  EXPECT_EQ(TitleText(original), "Chapter One");
-  ExpectFilledTitle(original);
+  EXPECT_EQ(Values(original), kFilled);
 }
 
-TEST(MenuButton, KeepsEveryValueAsGivenWithoutNormalising) {
-  CMenuButton button;
-  tagRECT rect{300, -40, 100, -200};  // left beyond right, top beyond bottom
-  tagPOINT nav{-3, INT_MAX};
-  ASSERT_EQ(button.SetRect(&rect), 1);
-  ASSERT_EQ(button.SetFrameSize(4294967295u), 1);
-  ASSERT_EQ(button.SetFrameRGB(0x00ABCDEFul), 1);
-  ASSERT_EQ(button.SetFrameFileName("frames/ring.bmp"), 1);
-  ASSERT_EQ(button.SetFileName("buttons/one.bmp"), 1);
-  ASSERT_EQ(button.SetNavigationInfo(&nav), 1);
-
-  tagRECT gotRect{};
-  tagPOINT gotNav{};
-  unsigned int size = 0;
-  unsigned long rgb = 0;
-  CString frame, file;
-  EXPECT_EQ(button.GetRect(&gotRect), 1);
-  EXPECT_EQ(button.GetFrameSize(&size), 1);
-  EXPECT_EQ(button.GetFrameRGB(&rgb), 1);
-  EXPECT_EQ(button.GetFrameFileName(&frame), 1);
-  EXPECT_EQ(button.GetFileName(&file), 1);
-  EXPECT_EQ(button.GetNavigationInfo(&gotNav), 1);
-  EXPECT_EQ(gotRect.left, 300);
-  EXPECT_EQ(gotRect.top, -40);
-  EXPECT_EQ(gotRect.right, 100);
-  EXPECT_EQ(gotRect.bottom, -200);
-  EXPECT_EQ(size, 4294967295u);
-  EXPECT_EQ(rgb, 0x00ABCDEFul);
-  EXPECT_EQ(Str(frame), "frames/ring.bmp");
-  EXPECT_EQ(Str(file), "buttons/one.bmp");
-  EXPECT_EQ(gotNav.x, -3);
-  EXPECT_EQ(gotNav.y, INT_MAX);
-}
-
-TEST(MenuButton, CopiesHaveTheirOwnStrings) {
-  CMenuButton original;
-  original.SetFileName("one.bmp");
-  original.SetFrameFileName("ring.bmp");
-
-  CMenuButton copied(original);
-  CMenuButton assigned;
-  assigned = original;
-  copied.SetFileName("two.bmp");
-  assigned.SetFrameFileName("square.bmp");
-
-  CString file, frame;
-  original.GetFileName(&file);
-  original.GetFrameFileName(&frame);
-  EXPECT_EQ(Str(file), "one.bmp");
-  EXPECT_EQ(Str(frame), "ring.bmp");
-  assigned.GetFileName(&file);
-  EXPECT_EQ(Str(file), "one.bmp");
-}
-
-TEST(MenuButton, TitleReferenceIsNeverSet) {
-  CMenuTitle title;
-  FillTitle(title);
-  CMenuButton button;
-
-  // No title reference: GetTitle refuses and leaves the passed title alone.
-  EXPECT_EQ(button.GetTitle(&title), 0);
-  ExpectFilledTitle(title);
-
-  // SetTitle reports success but sets no reference.
-  EXPECT_EQ(button.SetTitle(&title), 1);
-  EXPECT_EQ(button.GetTitle(&title), 0);
-  CMenuButton copied(button);
-  EXPECT_EQ(copied.GetTitle(&title), 0);
-  ExpectFilledTitle(title);
-}
-
-// The reference can only be placed from outside: it is the first member of a standard-layout
-// class, so a pointer to the button is a pointer to it.
-void PlaceTitleReference(CMenuButton& button, CMenuTitle* title) {
-  static_assert(std::is_standard_layout_v<CMenuButton>);
-  *reinterpret_cast<CMenuTitle**>(&button) = title;
-}
-
-TEST(MenuButton, CopiesShareTheTitleReference) {
-  CMenuTitle referenced;
-  CMenuTitle source;
-  FillTitle(source);
+TEST(MenuButton, CopiesKeepTheValuesAndShareTheTitleThatGetTitleFills) {
+  CMenuTitle source, referenced;
+  Fill(source);
+  tagRECT rect{300, -40, 100, -200}, copiedRect{};  // left beyond right, top beyond bottom
   {
     CMenuButton button;
-    PlaceTitleReference(button, &referenced);
-    CMenuButton copied(button);
+    EXPECT_EQ(button.SetTitle(&referenced), 1);  // reports success but sets nothing,
+    EXPECT_EQ(button.GetTitle(&source), 0);      // so there is no title to fill
+    // No operation sets the reference: place it as the first member of a standard-layout class.
+    static_assert(std::is_standard_layout_v<CMenuButton>);
+    *reinterpret_cast<CMenuTitle**>(&button) = &referenced;
+    button.SetRect(&rect);
+    button.SetFileName("one.bmp");
+    CMenuButton copied(button), assigned;
+    assigned = button;
+    CString file;
+    assigned.GetFileName(&file);
+    assigned.GetRect(&copiedRect);
+    EXPECT_EQ(file, "one.bmp");
+    EXPECT_EQ(std::memcmp(&copiedRect, &rect, sizeof rect), 0);  // the same edges, in order
 
-    // GetTitle copies the passed title's values into the referenced title.
-    EXPECT_EQ(copied.GetTitle(&source), 1);
-    ExpectFilledTitle(referenced);
     EXPECT_EQ(copied.GetTitle(nullptr), 0);
-
-    referenced.SetTitle("Changed");
-    EXPECT_EQ(button.GetTitle(&source), 1);
-    EXPECT_EQ(TitleText(referenced), "Chapter One");
+    EXPECT_EQ(copied.GetTitle(&source) + assigned.GetTitle(&source), 2);  // both fill the title
+    EXPECT_EQ(Values(referenced), kFilled);
   }
-  // Destroying the buttons left the title they referred to intact.
-  ExpectFilledTitle(referenced);
+  EXPECT_EQ(Values(referenced), kFilled);  // destroying the buttons left it intact
 }
 
 }  // namespace
