@@ -115,12 +115,6 @@ TEST(CopyFile, CopyOfReadOnlyFileIsReadOnly) {
   EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "2", target.c_str()));
 }
 
-}  // namespace
-}  // namespace tolvex::test
-
-namespace tolvex::test {
-namespace {
-
 TEST(ProfileRead, SeesAnInPlaceEditOfTheSameSizeAtOnce) {
   TempDir dir;
   const std::string file = dir.File("a.ini");
