@@ -1,3 +1,4 @@
+// CreateMenuBmp and ImageResize, probed pixel by pixel.
 #include <tolvex/MenuBmp.h>
 
 #include <gtest/gtest.h>
@@ -9,9 +10,7 @@
 namespace tolvex::test {
 namespace {
 
-constexpr Rgb kRed{255, 0, 0}, kGreen{0, 255, 0}, kBlue{0, 0, 255}, kYellow{255, 255, 0};
-
-int Ring(int w, int h, int t) { return w * h - (w - 2 * t) * (h - 2 * t); }
+constexpr Rgb kGreen{0, 255, 0}, kYellow{255, 255, 0};
 
 class MenuBmp : public ::testing::Test {
  protected:
@@ -20,87 +19,66 @@ class MenuBmp : public ::testing::Test {
     EXPECT_NE(CreateMenuBmp(tpl.path()), 0);
     return Picture::Load(dir.File("menu.bmp"));
   }
-  // The names in the folder, temporaries included.
-  std::vector<std::string> Files() const {
-    std::vector<std::string> names;
-    for (const auto& e : std::filesystem::directory_iterator(dir.path())) {
-      names.push_back(e.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
+  // How many files the folder holds, temporaries included.
+  long Entries() const {
+    return std::distance(std::filesystem::directory_iterator(dir.path()), {});
   }
   TempDir dir;
   TestTemplate tpl;
 };
 
-TEST_F(MenuBmp, NtscOrPalCanvasOfTheBackgroundPictureElseBlack) {
-  const Picture black = Render();
-  EXPECT_EQ(CountPixels(black, {0, 0, 720, 480}, kBlack), 720 * 480);
-  EXPECT_EQ(ReadFile(dir.File("menu.bmp")).size(), 54u + 720 * 480 * 3);  // uncompressed
-
-  WriteSolidPicture(dir.File("bg.png"), 64, 40, kRed);
-  tpl.Page("BackgroundBmp", "bg.png");  // relative to the template's folder
-  tpl.Page("NTSC", "True");             // only TRUE and true mean NTSC
-  const Picture red = Render();
-  EXPECT_EQ(red.Height(), 576);
-  EXPECT_EQ(CountPixels(red, {0, 0, 720, 576}, kRed), 720 * 576);
-}
-
-TEST_F(MenuBmp, PictureInsideAFrameRingOfColourOrPicture) {
+TEST_F(MenuBmp, ButtonsOfTheLayoutInUseFramedByColourOrPictureAndNavOnlyWhenSwitchedOn) {
   WriteSolidPicture(dir.File("b.bmp"), 30, 20, kBlue);
   WriteSolidPicture(dir.File("frame.png"), 16, 16, kYellow);
-  tpl.Count(2);
-  tpl.Button(0, {100, 100, 300, 200}, 6, kGreen);
-  tpl.Key(0, "ButtonBmp", "b.bmp");
-  tpl.Button(1, {400, 100, 450, 150}, 4, kGreen);
-  tpl.Key(1, "ButtonFrameBmp", "frame.png");
-  const Picture p = Render();
-  EXPECT_EQ(CountPixels(p, {100, 100, 300, 200}, kGreen), Ring(200, 100, 6));
-  EXPECT_EQ(CountPixels(p, {106, 106, 294, 194}, kBlue), 188 * 88);
-  EXPECT_EQ(CountPixels(p, {400, 100, 450, 150}, kYellow), Ring(50, 50, 4));
-  EXPECT_EQ(CountPixels(p, {0, 0, 720, 480}, kBlack), 720 * 480 - 200 * 100 - Ring(50, 50, 4));
-}
-
-TEST_F(MenuBmp, ButtonsFoundByTheirKeysWhateverTheIndexAndNavOnlyWhenSwitchedOn) {
   tpl.Count(2);  // another count's layout is not this page's
-  tpl.Button(0, {300, 10, 340, 50}, 2, kRed);
-  tpl.Count(3);
-  tpl.Button(-1, {10, 10, 50, 50}, 2, kRed);
-  tpl.Button(2, {60, 10, 100, 50}, 2, kRed);
-  tpl.Button(17, {110, 10, 150, 50}, 2, kRed);
+  tpl.Button(0, {300, 300, 340, 340}, 2, kRed);
+  tpl.Count(3);  // buttons found by their keys whatever the index
+  const Box plain{10, 10, 50, 50}, pictured{100, 100, 300, 200}, framed{400, 100, 450, 150};
+  tpl.Button(-1, plain, 2, kRed);
+  tpl.Button(2, pictured, 6, kGreen);
+  tpl.Key(2, "ButtonBmp", "b.bmp");
+  tpl.Button(17, framed, 4, kGreen);
+  tpl.Key(17, "ButtonFrameBmp", "frame.png");
   tpl.Set("NumOfButton3", "ButtonPosition4_left", "200");  // an index without all its edges
   tpl.Set("NumOfButton3", "ButtonPosition4_right", "240");
-  tpl.Nav(false, {20, 400, 80, 440}, 3, kRed);
+  const Box prev{20, 400, 80, 440};
+  tpl.Nav(false, prev, 3, kRed);
   tpl.Nav(true, {640, 400, 700, 440}, 3, kRed);
-  tpl.Page("AddNextButton", "True");
+  tpl.Page("AddNextButton", "True");  // only TRUE and true switch it on
   const Picture p = Render();
-  EXPECT_EQ(p.At(10, 10), kRed);
-  EXPECT_EQ(p.At(60, 30), kRed);
-  EXPECT_EQ(p.At(149, 49), kRed);
-  EXPECT_EQ(p.At(79, 439), kRed);
-  EXPECT_EQ(CountPixels(p, {0, 0, 720, 480}, kRed), 3 * Ring(40, 40, 2) + Ring(60, 40, 3));
+  ASSERT_EQ(p.height, 480);
+  EXPECT_EQ(ReadFile(dir.File("menu.bmp")).size(), 54u + 720 * 480 * 3);  // uncompressed
+  EXPECT_EQ(CountPixels(p, plain, kRed), Ring(plain, 2));
+  EXPECT_EQ(CountPixels(p, pictured, kGreen), Ring(pictured, 6));
+  EXPECT_EQ(CountPixels(p, {106, 106, 294, 194}, kBlue), 188 * 88);
+  EXPECT_EQ(CountPixels(p, framed, kYellow), Ring(framed, 4));
+  EXPECT_EQ(CountPixels(p, prev, kRed), Ring(prev, 3));
+  EXPECT_EQ(CountPixels(p, {0, 0, 720, 480}, kBlack),
+            720 * 480 - Ring(plain, 2) - 200 * 100 - Ring(framed, 4) - Ring(prev, 3));
 }
 
-TEST_F(MenuBmp, TitlesLieInTheirBoxAntiAliasedAtThePixelSize) {
-  tpl.Page("BackgroundTitle", "HHHH");
-  tpl.Page("BackgroundTitlePosition_x", "100");
-  tpl.Page("BackgroundTitlePosition_y", "50");
-  tpl.Page("BackgroundTitleFont_Size", "100");
-  tpl.Page("BackgroundTitleFont_R", "255");
-  tpl.Page("BackgroundTitleFont_G", "0");
-  tpl.Page("BackgroundTitleFont_B", "0");
+TEST_F(MenuBmp, TitlesLieInTheirBoxAntiAliasedAtThePixelSizeOnABackgroundOfCanvasSize) {
+  WriteSolidPicture(dir.File("bg.png"), 64, 40, kBlue);
+  tpl.Page({{"BackgroundBmp", "bg.png"},  // relative to the template's folder
+            {"NTSC", "True"},             // only TRUE and true mean NTSC
+            {"BackgroundTitle", "HHHH"}, {"BackgroundTitlePosition_x", "100"},
+            {"BackgroundTitlePosition_y", "50"}, {"BackgroundTitleFont_Size", "100"},
+            {"BackgroundTitleFont_R", "255"}, {"BackgroundTitleFont_G", "0"},
+            {"BackgroundTitleFont_B", "0"}});
   tpl.Count(1);
   tpl.Button(0, {100, 300, 400, 400}, 0);
   tpl.Key(0, "ButtonTitle", "Play");  // no position: centred on the button
   const Picture p = Render();
+  ASSERT_EQ(p.height, 576);
+  EXPECT_EQ(CountPixels(p, {0, 400, 720, 576}, kBlue), 720 * 176);
 
-  const Ink title = FindInk(p, {0, 0, 720, 280}, kBlack, kRed);
+  const Ink title = FindInk(p, {0, 0, 720, 280}, kBlue, kRed);
   EXPECT_GT(title.partial, 0) << "edges are anti-aliased";
   EXPECT_GE(title.bounds.left, 100);
   EXPECT_GE(title.bounds.top, 50);
   // A capital H is 0.73 em tall in DejaVu Sans: the size counts pixels, not points.
   EXPECT_NEAR(title.bounds.bottom - title.bounds.top, 73, 4);
-  const Ink button = FindInk(p, {0, 280, 720, 480}, kBlack, kWhite);
+  const Ink button = FindInk(p, {0, 280, 720, 480}, kBlue, kWhite);
   ASSERT_GT(button.count, 0);
   EXPECT_GE(button.bounds.top, 300);
   EXPECT_LE(button.bounds.bottom, 400);
@@ -108,12 +86,11 @@ TEST_F(MenuBmp, TitlesLieInTheirBoxAntiAliasedAtThePixelSize) {
 }
 
 TEST_F(MenuBmp, StyleFlagsChangeTheInkAndUnknownFontsFallBack) {
-  auto ink = [&](const std::string& font, const char* flag) {
-    tpl.Page("BackgroundTitle", "Menu");
-    tpl.Page("BackgroundTitleFont_Size", "60");
-    tpl.Page("BackgroundTitleFont_Name", font);
+  auto ink = [&](const std::string& font, const std::string& flag) {
+    tpl.Page({{"BackgroundTitle", "Menu"}, {"BackgroundTitleFont_Size", "60"},
+              {"BackgroundTitleFont_Name", font}});
     for (const char* f : {"Bold", "Italic", "Underline"}) {
-      tpl.Page(std::string("BackgroundTitleFont_") + f, f == std::string(flag) ? "TRUE" : "FALSE");
+      tpl.Page(std::string("BackgroundTitleFont_") + f, f == flag ? "TRUE" : "FALSE");
     }
     return FindInk(Render(), {0, 0, 720, 480}, kBlack, kWhite);
   };
@@ -126,20 +103,20 @@ TEST_F(MenuBmp, StyleFlagsChangeTheInkAndUnknownFontsFallBack) {
 
 TEST_F(MenuBmp, DefaultOutputIsRecordedAndANamedOneKept) {
   ASSERT_NE(CreateMenuBmp(tpl.path()), 0);
-  EXPECT_EQ(tpl.Get("Background", "OutputBmp"), "menu.bmp");
+  EXPECT_NE(ReadFile(tpl.path()).find("OutputBmp=menu.bmp"), std::string::npos);
   std::filesystem::create_directory(dir.File("out"));
-  tpl.Page("OutputBmp", "out/page.bmp");
+  tpl.Page("OutputBmp", "out/page.bmp");  // relative to the template's folder
   ASSERT_NE(CreateMenuBmp(tpl.path()), 0);
-  EXPECT_EQ(tpl.Get("Background", "OutputBmp"), "out/page.bmp");
-  EXPECT_TRUE(Picture::Load(dir.File("out/page.bmp")).Valid());
+  EXPECT_NE(ReadFile(tpl.path()).find("OutputBmp=out/page.bmp"), std::string::npos);
+  EXPECT_GT(Picture::Load(dir.File("out/page.bmp")).width, 0);
   tpl.Page("OutputBmp", dir.File("absolute.bmp"));
   ASSERT_NE(CreateMenuBmp(tpl.path()), 0);
-  EXPECT_EQ(Files(), (std::vector<std::string>{"absolute.bmp", "menu.bmp", "menu.ini", "out"}));
+  EXPECT_TRUE(FileExists(dir.File("absolute.bmp")));
+  EXPECT_EQ(Entries(), 4);  // and nothing else, temporaries included
 
   // A bare template name lives in the profile folder, with its pictures and outputs.
   WriteSolidPicture(dir.File("bg.png"), 4, 4, kBlue);
-  tpl.Page("BackgroundBmp", "bg.png");
-  tpl.Page("OutputBmp", "bare.bmp");
+  tpl.Page({{"BackgroundBmp", "bg.png"}, {"OutputBmp", "bare.bmp"}});
   setenv("TOLVEX_PROFILE_DIR", dir.path().c_str(), 1);
   std::string bare = "menu.ini";
   EXPECT_NE(CreateMenuBmp(bare.data()), 0);
@@ -148,37 +125,78 @@ TEST_F(MenuBmp, DefaultOutputIsRecordedAndANamedOneKept) {
 }
 
 TEST_F(MenuBmp, FailuresLeaveTheOutputAsItWas) {
-  WriteFile(dir.File("menu.bmp"), "old");
-  tpl.Page("OutputBmp", "menu.bmp");
   WriteFile(dir.File("broken.png"), "\x89PNG\r\n\x1a\n not really");
   // A 2 x 2 BMP whose header claims 20000 x 20000 pixels: refused before decoding.
   WriteSolidPicture(dir.File("huge.bmp"), 2, 2, kRed);
   std::string huge = ReadFile(dir.File("huge.bmp"));
   huge[19] = huge[23] = 0x4e, huge[18] = huge[22] = 0x20;
   WriteFile(dir.File("huge.bmp"), huge);
+  std::filesystem::create_directory(dir.File("out"));  // a folder in the output's place
   tpl.Count(1);
-  tpl.Button(0, {10, 10, 50, 50}, 2);
-  for (const auto& [key, value] : std::vector<std::pair<std::string, std::string>>{
-           {"BackgroundBmp", "missing.png"}, {"BackgroundBmp", "broken.png"},
-           {"BackgroundBmp", "huge.bmp"}, {"OutputBmp", "no/folder/menu.bmp"},
-           {"OutputBmp", "out"}}) {
-    std::filesystem::create_directory(dir.File("out"));  // a folder in the output's place
-    tpl.Page(key, value);
+  tpl.Button(0, {10, 10, 50, 50}, 0);
+  const std::pair<std::string, std::string> cases[] = {
+      {"BackgroundBmp", "missing.png"}, {"BackgroundBmp", "broken.png"},
+      {"BackgroundBmp", "huge.bmp"},    {"OutputBmp", "no/folder/menu.bmp"},
+      {"OutputBmp", "out"},             {"ButtonFrameBmp", "nowhere.bmp"}};  // named: wanted
+  for (const auto& [key, value] : cases) {
+    tpl.Page({{"BackgroundBmp", ""}, {"OutputBmp", "menu.bmp"}});
+    tpl.Key(0, "ButtonFrameBmp", "");
+    ASSERT_NE(CreateMenuBmp(tpl.path()), 0) << value;  // the failure is the case's alone
+    WriteFile(dir.File("menu.bmp"), "old");
+    key == "ButtonFrameBmp" ? tpl.Key(0, key, value) : tpl.Page(key, value);
     EXPECT_EQ(CreateMenuBmp(tpl.path()), 0) << value;
     EXPECT_EQ(ReadFile(dir.File("menu.bmp")), "old") << value;
-    EXPECT_EQ(Files().size(), 5u) << value;  // and no temporary left behind
+    EXPECT_EQ(Entries(), 5) << value;  // and no temporary left behind
   }
-  tpl.Page("BackgroundBmp", "");
-  tpl.Page("OutputBmp", "menu.bmp");
-  ASSERT_NE(CreateMenuBmp(tpl.path()), 0);
-  tpl.Key(0, "ButtonFrameBmp", "nowhere.bmp");  // unused with a ring, but named
-  tpl.Key(0, "ButtonFrameThickness", "0");
-  EXPECT_EQ(CreateMenuBmp(tpl.path()), 0);
-
   TestTemplate absent(dir, "absent.ini");
   EXPECT_EQ(CreateMenuBmp(absent.path()), 0);
   EXPECT_FALSE(FileExists(dir.File("absent.bmp")));
   EXPECT_EQ(CreateMenuBmp(nullptr), 0);
+}
+
+class Resize : public ::testing::Test {
+ protected:
+  int Run(const std::string& from, const std::string& to, int w, int h) {
+    std::string a = dir.File(from), b = dir.File(to);
+    return ImageResize(a.data(), b.data(), w, h);
+  }
+  TempDir dir;
+};
+
+TEST_F(Resize, WritesTheSizeAskedInTheFormatOfTheExtension) {
+  const Rgb colour{10, 120, 250};
+  WriteSolidPicture(dir.File("in.png"), 64, 32, colour);
+  const std::pair<const char*, std::string> outputs[] = {
+      {"out.bmp", "BM"}, {"out.BMP", "BM"}, {"out.unknown", "BM"}, {"out", "BM"},
+      {"out.png", "\x89PNG"}, {"out.jpg", "\xff\xd8\xff"}};
+  for (const auto& [name, magic] : outputs) {
+    ASSERT_NE(Run("in.png", name, 20, 10), 0) << name;
+    EXPECT_EQ(ReadFile(dir.File(name)).substr(0, magic.size()), magic) << name;
+  }
+  EXPECT_EQ(CountPixels(Picture::Load(dir.File("out.bmp")), {0, 0, 20, 10}, colour), 200);
+  ASSERT_NE(Run("out.png", "big.jpg", 300, 200), 0);  // enlarged too
+  EXPECT_EQ(Picture::Load(dir.File("big.jpg")).width, 300);
+
+  // A one-pixel checkerboard reduced fivefold is an even grey, not picked black or white.
+  std::string board = "P5 50 50 255\n";  // a grey map: one byte a pixel
+  for (int i = 0; i < 50 * 50; ++i) board += (i % 50 + i / 50) % 2 ? '\xff' : '\0';
+  WriteFile(dir.File("board.pgm"), board);
+  ASSERT_NE(Run("board.pgm", "grey.bmp", 10, 10), 0);
+  const Picture grey = Picture::Load(dir.File("grey.bmp"));
+  for (int i = 0; i < 100; ++i) EXPECT_NEAR(grey.At(i % 10, i / 10)[1], 128, 12) << i;
+}
+
+TEST_F(Resize, RefusesBadSizesAndUnreadableOrAbsurdPictures) {
+  WriteSolidPicture(dir.File("in.bmp"), 8, 8, kWhite);
+  std::string huge = ReadFile(dir.File("in.bmp"));
+  huge[18] = 0x40, huge[19] = 0x1f, huge[22] = 0x28, huge[23] = 0x23;  // claims 8000 x 9000
+  WriteFile(dir.File("huge.bmp"), huge);
+  const std::tuple<const char*, const char*, int, int> cases[] = {
+      {"in.bmp", "a.bmp", 0, 10},        {"in.bmp", "a.bmp", 10, -1},
+      {"in.bmp", "a.bmp", 100000, 100000}, {"missing.bmp", "a.bmp", 10, 10},
+      {"huge.bmp", "a.bmp", 10, 10},     {"in.bmp", "no/folder/a.bmp", 10, 10}};
+  for (const auto& [from, to, w, h] : cases) EXPECT_EQ(Run(from, to, w, h), 0) << from << w;
+  EXPECT_FALSE(FileExists(dir.File("a.bmp")));
 }
 
 }  // namespace

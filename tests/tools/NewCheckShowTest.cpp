@@ -1,0 +1,185 @@
+// new, show and check: a complete template, laid out in a grid for every count, that check finds
+// clean; check's one line a problem; show and check leave the template byte for byte.
+#include "ToolRunner.h"
+
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <set>
+#include <sstream>
+
+namespace tolvex::test {
+namespace {
+
+using nlohmann::json;
+
+bool Overlap(const json& a, const json& b) {
+  return a["left"] < b["right"] && b["left"] < a["right"] && a["top"] < b["bottom"] &&
+         b["top"] < a["bottom"];
+}
+
+TEST(NewCommand, WritesEveryLayoutInsideTheCanvasClearOfEachOtherAndChecksClean) {
+  int ntscBottom = 0;
+  for (const bool pal : {false, true}) {
+    SCOPED_TRACE(pal ? "pal" : "ntsc");
+    TempDir dir;
+    const std::string file = dir.File("menu.ini");
+    std::vector<std::string> args{"new", file, "--buttons", "4", "--max", "9", "--title",
+                                  "My Films", "--background", ExamplePicture("background.png")};
+    if (pal) args.push_back("--pal");
+    const ToolResult made = RunTool(args);
+    ASSERT_EQ(made.status, 0) << made.err;
+    const ToolResult checked = RunTool({"check", file});
+    EXPECT_EQ(checked.status, 0) << checked.out;
+    EXPECT_NE(checked.out.find("no problems found"), std::string::npos);
+
+    const json page = ShowJson(file);
+    EXPECT_EQ(page["page"]["mode"], pal ? "pal" : "ntsc");
+    EXPECT_EQ(page["page"]["title"], "My Films");
+    EXPECT_EQ(page["page"]["buttons.max"], 9);
+    EXPECT_EQ(page["layoutInUse"], 4);
+    EXPECT_TRUE(page["prev"]["enabled"]);
+    // Every layout holds its count of buttons, titled "Chapter i", inside the canvas, clear of
+    // each other and of the previous and next buttons.
+    ASSERT_EQ(page["layouts"].size(), 9u);
+    for (int count = 1; count <= 9; ++count) {
+      const json& layout = page["layouts"][count - 1];
+      ASSERT_EQ(layout["buttons"].size(), static_cast<size_t>(count));
+      std::vector<json> placed{page["prev"]["rect"], page["next"]["rect"]};
+      for (const json& button : layout["buttons"]) {
+        const json& r = button["rect"];
+        SCOPED_TRACE("layout " + std::to_string(count) + ": " + r.dump());
+        EXPECT_EQ(button["title"], "Chapter " + std::to_string(button["index"].get<int>()));
+        EXPECT_TRUE(r["left"] >= 0 && r["top"] >= 0 && r["right"] <= 720 &&
+                    r["bottom"] <= (pal ? 576 : 480) && r["left"] < r["right"] &&
+                    r["top"] < r["bottom"]);
+        for (const json& other : placed) EXPECT_FALSE(Overlap(r, other));
+        placed.push_back(r);
+      }
+    }
+    // The grid spans the canvas: on the taller PAL page its last row sits lower.
+    const int bottom = page["layouts"][8]["buttons"][8]["rect"]["bottom"];
+    EXPECT_GT(bottom, pal ? ntscBottom : 0);
+    ntscBottom = bottom;
+  }
+}
+
+TEST(NewCommand, BareNameMeansTheCurrentFolderAndAFileIsOnlyReplacedWhenForced) {
+  TempDir dir;
+  ASSERT_EQ(RunTool({"new", "menu.ini", "--buttons", "2", "--background", "bg.png"}, dir.path())
+                .status, 0);
+  EXPECT_EQ(RunTool({"get", "menu.ini", "background"}, dir.path()).out, "bg.png\n");
+  const std::string file = dir.File("menu.ini"), before = ReadFile(file);
+  const ToolResult again = RunTool({"new", file, "--buttons", "3"});
+  EXPECT_EQ(again.status, 2);
+  EXPECT_NE(again.err.find(file + ": already exists"), std::string::npos) << again.err;
+  EXPECT_EQ(ReadFile(file), before);
+  EXPECT_EQ(RunTool({"new", file, "--buttons", "3", "--force"}).status, 0);
+  EXPECT_EQ(RunTool({"get", file, "buttons.current"}).out, "3\n");
+
+  const std::string other = dir.File("other.ini");
+  const ToolResult tooMany = RunTool({"new", other, "--buttons", "5", "--max", "3"});
+  EXPECT_EQ(tooMany.status, 2);
+  EXPECT_NE(tooMany.err.find("more than --max"), std::string::npos) << tooMany.err;
+  EXPECT_EQ(RunTool({"new", other, "--buttons", "37"}).status, 2);
+  EXPECT_FALSE(FileExists(other));
+}
+
+std::string Button(int i, int left, int top, int right, int bottom) {
+  std::string keys;
+  for (const auto& [edge, v] : {std::pair<const char*, int>{"left", left}, {"right", right},
+                                {"top", top}, {"bottom", bottom}}) {
+    keys += "ButtonPosition" + std::to_string(i) + "_" + edge + "=" + std::to_string(v) + "\n";
+  }
+  return keys;
+}
+
+// check prints each problem on one line with its severity; the exit status is the worst one.
+TEST(CheckCommand, ReportsErrorsAndWarningsOneLineEach) {
+  TempDir dir;
+  const std::string file = dir.File("menu.ini"), at = file + ": ";
+  WriteFile(dir.File("here.png"), "");
+  const std::pair<std::string, std::vector<std::string>> cases[] = {
+      {"[Background]\nNTSC=TRUE\nMaximumNumberOfButton=2\nCurrentNumberOfButton=3\n"
+       "BackgroundBmp=gone.png\nBackgroundTitle=" + std::string(100, 'T') + "\n"
+       "AddPrevButton=FALSE\nAddNextButton=FALSE\n[NumOfButton1]\n" + Button(1, 10, 10, 50, 50) +
+       "[NumOfButton2]\n" + Button(1, 10, 10, 50, 50) + Button(2, 40, 40, 90, 90) +
+       "ButtonBmp1=here.png\nButtonFrameBmp2=default\n[NumOfButton3]\n" +
+       Button(1, 10, 10, 50, 50) + Button(2, 700, 400, 760, 470) + Button(3, 90, 10, 80, 50),
+       {"2", "warning: buttons.current: 3 is above the maximum 2",
+        "error: background: 'gone.png' does not exist (looked for " + dir.File("gone.png") + ")",
+        "warning: title: 100 characters, of which only the first 79 are read back",
+        "error: layout 2, button 2: overlaps the button 1",
+        "warning: layout 2, button 2, frame.picture: ButtonFrameBmp2 holds \"default\", which "
+        "reads as missing",
+        "error: layout 3, button 2: rectangle 700 400 760 470 reaches outside the 720x480 canvas",
+        "error: layout 3, button 3: rectangle 90 10 80 50 is empty or inverted"}},
+      {"[Background]\nNTSC=FALSE\nMaximumNumberOfButton=1\nCurrentNumberOfButton=1\n"
+       "AddPrevButton=FALSE\nAddNextButton=FALSE\n[NumOfButton1]\n" +
+       Button(0, 100, 500, 200, 560) + "ButtonTitle0=default\n",  // 500..560 fits the PAL canvas
+       {"1", "warning: layout 1, button 0, title: ButtonTitle0 holds \"default\", which reads as "
+        "missing"}},
+      {"[Background]\nNTSC=TRUE\nMaximumNumberOfButton=2\nCurrentNumberOfButton=2\n"
+       "AddPrevButton=TRUE\nAddNextButton=FALSE\n[NumOfButton1]\n" + Button(0, 10, 10, 50, 50),
+       {"2", "error: layout 2: no buttons in the layout in use",
+        "error: previous button: shown on the page but has no rectangle"}}};
+  for (const auto& [text, expected] : cases) {
+    WriteFile(file, text);
+    const ToolResult checked = RunTool({"check", file});
+    EXPECT_EQ(std::to_string(checked.status), expected[0]) << checked.out;
+    std::multiset<std::string> printed, wanted;  // in any order; here.png exists: not named
+    std::istringstream out(checked.out);
+    for (std::string line; std::getline(out, line);) printed.insert(line);
+    for (size_t i = 1; i < expected.size(); ++i) wanted.insert(at + expected[i]);
+    EXPECT_EQ(printed, wanted);
+  }
+}
+
+// A hand-written template: the count "03" (read as 3, but not as the tool would write it), a
+// layout for 2 and 3 buttons, a stray layout for 9, LF line ends and a comment.
+const char kTemplate[] =
+    "; made by hand\n[Background]\nNTSC=FALSE\nMaximumNumberOfButton=3\n"
+    "CurrentNumberOfButton=03\nBackgroundTitle=default\n[NumOfButton2]\nButtonTitle1=Two\n"
+    "[NumOfButton3]\nButtonPosition0_left=10\nButtonPosition0_right=60\n"
+    "ButtonPosition0_top=10\nButtonPosition0_bottom=50\nButtonTitle2=Three\n"
+    "[NumOfButton9]\nButtonBmp8=nine.png\n";
+
+TEST(ShowCommand, ReportsThePageAsReadAndShowAndCheckLeaveTheFileByteForByte) {
+  TempDir dir;
+  const std::string file = dir.File("menu.ini");
+  WriteFile(file, kTemplate);
+  const ToolResult shown = RunTool({"show", file});
+  ASSERT_EQ(shown.status, 0) << shown.err;
+  for (const char* line : {"  mode              pal\n", "  title             (missing)\n",
+                           "Layout for 3 buttons (in use)\n",
+                           "Layout for 1 button: not in the file\n", "    title  "}) {
+    EXPECT_NE(shown.out.find(line), std::string::npos) << line << "\n" << shown.out;
+  }
+  const json page = ShowJson(file);
+  EXPECT_EQ(page["page"]["mode"], "pal");
+  EXPECT_TRUE(page["page"]["title"].is_null());  // holds "default"
+  EXPECT_EQ(page["layoutInUse"], 3);
+  std::vector<int> counts;
+  for (const auto& layout : page["layouts"]) counts.push_back(layout["count"]);
+  EXPECT_EQ(counts, (std::vector<int>{1, 2, 3, 9}));
+  EXPECT_FALSE(page["layouts"][0]["section"]);
+  const auto& three = page["layouts"][2];
+  EXPECT_TRUE(three["current"]);
+  ASSERT_EQ(three["buttons"].size(), 2u);
+  EXPECT_EQ(three["buttons"][0]["rect"],
+            (json{{"left", 10}, {"top", 10}, {"right", 60}, {"bottom", 50}}));
+  EXPECT_TRUE(three["buttons"][0]["title"].is_null());
+  EXPECT_EQ(three["buttons"][1]["index"], 2);
+  EXPECT_EQ(three["buttons"][1]["title"], "Three");
+  EXPECT_EQ(page["layouts"][3]["buttons"][0]["picture"], "nine.png");
+
+  EXPECT_NE(RunTool({"check", file}).status, -1);
+  EXPECT_EQ(ReadFile(file), kTemplate);
+  // Nothing is left behind in the template's folder either.
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 1);
+}
+
+}  // namespace
+}  // namespace tolvex::test
