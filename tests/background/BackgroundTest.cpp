@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 
 #include "support/TemplateFile.h"
@@ -15,37 +14,24 @@ using BackgroundTitle = TemplateFileTest;
 using Inspect = CMenuTemplateInspector;
 
 TEST_F(PageSettings, EachSetterWritesItsKeyAndItsGetterReadsItBack) {
-  struct Row {
-    std::function<int(CMenuTemplate&)> set;
-    const char* key;
-    const char* text;
-    std::function<bool(CMenuTemplate&)> readsBack;
-  };
-  const Row rows[] = {
-      {[](CMenuTemplate& t) { return t.SetTemplateMode(2); }, "NTSC", "TRUE",
-       [](CMenuTemplate& t) { int v = 9; return t.GetTemplateMode(&v) && v == 1; }},
-      {[](CMenuTemplate& t) { return t.SetBkBMPFileName("bg.png"); }, "BackgroundBmp", "bg.png",
-       [](CMenuTemplate& t) { CString v; return t.GetFileName(&v) && v == "bg.png"; }},
-      {[](CMenuTemplate& t) { return t.SetMusicFileName("m.mp2"); }, "BackgroundMusic", "m.mp2",
-       [](CMenuTemplate& t) { CString v; return t.GetMusicFileName(&v) && v == "m.mp2"; }},
-      {[](CMenuTemplate& t) { return t.SetMaxNumOfButtons(2); }, "MaximumNumberOfButton", "2",
-       [](CMenuTemplate& t) { unsigned v = 0; return t.GetMaxNumOfButtons(&v) && v == 2; }},
-      {[](CMenuTemplate& t) { return t.SetCurrentNumOfButtons(5); }, "CurrentNumberOfButton", "5",
-       [](CMenuTemplate& t) { unsigned v = 0; return t.GetCurrentNumOfButtons(&v) && v == 5; }},
-      {[](CMenuTemplate& t) { return t.SetOutputBMPFile("o.bmp"); }, "OutputBmp", "o.bmp",
-       [](CMenuTemplate& t) { CString v; return t.GetOutputBMPFile(&v) && v == "o.bmp"; }},
-      {[](CMenuTemplate& t) { return t.SetOutMaskFile("k.bmp"); }, "OutMask", "k.bmp",
-       [](CMenuTemplate& t) { CString v; return t.GetOutMaskFile(&v) && v == "k.bmp"; }},
-      {[](CMenuTemplate& t) { return t.SetAddPrevButton(1); }, "AddPrevButton", "TRUE",
-       [](CMenuTemplate& t) { int v = 0; return t.GetAddPrevButton(&v) && v == 1; }},
-      {[](CMenuTemplate& t) { return t.SetAddNextButton(0); }, "AddNextButton", "FALSE",
-       [](CMenuTemplate& t) { int v = 1; return t.GetAddNextButton(&v) && v == 0; }},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(1, row.set(tpl)) << row.key;
-    EXPECT_EQ(row.text, Key("Background", row.key)) << row.key;
-    EXPECT_TRUE(row.readsBack(tpl)) << row.key;
-  }
+  EXPECT_TRUE(tpl.SetTemplateMode(2) && tpl.SetBkBMPFileName("bg.png") &&
+              tpl.SetMusicFileName("m.mp2") && tpl.SetMaxNumOfButtons(2) &&
+              tpl.SetCurrentNumOfButtons(5) && tpl.SetOutputBMPFile("o.bmp") &&
+              tpl.SetOutMaskFile("k.bmp") && tpl.SetAddPrevButton(1) && tpl.SetAddNextButton(0));
+  EXPECT_EQ("[Background]\r\nNTSC=TRUE\r\nBackgroundBmp=bg.png\r\nBackgroundMusic=m.mp2\r\n"
+            "MaximumNumberOfButton=2\r\nCurrentNumberOfButton=5\r\nOutputBmp=o.bmp\r\n"
+            "OutMask=k.bmp\r\nAddPrevButton=TRUE\r\nAddNextButton=FALSE\r\n",
+            Bytes());
+  int mode = 9, prev = 9, next = 9;
+  unsigned max = 0, current = 0;
+  CString bmp, music, output, mask;
+  EXPECT_TRUE(tpl.GetTemplateMode(&mode) && tpl.GetFileName(&bmp) &&
+              tpl.GetMusicFileName(&music) && tpl.GetMaxNumOfButtons(&max) &&
+              tpl.GetCurrentNumOfButtons(&current) && tpl.GetOutputBMPFile(&output) &&
+              tpl.GetOutMaskFile(&mask) && tpl.GetAddPrevButton(&prev) &&
+              tpl.GetAddNextButton(&next));
+  EXPECT_TRUE(mode == 1 && max == 2 && current == 5 && prev == 1 && next == 0);
+  EXPECT_TRUE(bmp == "bg.png" && music == "m.mp2" && output == "o.bmp" && mask == "k.bmp");
 }
 
 TEST_F(PageSettings, CachedValuesFollowSettersAlwaysAndGettersOnlyOnSuccess) {
