@@ -39,10 +39,6 @@ Status CopyFile(const std::string& source, const std::string& target, bool failI
 // Creates `folder` and any missing parents.
 Status CreateFolders(const std::string& folder);
 
-// The folder where a profile given by a bare file name lives (the "Windows folder" of the
-// Win32 functions). Not created here.
-std::string ProfileFolder();
-
 // An exclusive lock shared by every writer of the files of one folder, in this and in other
 // processes. Released by the destructor. See posix/PosixLock.cpp for why it is a folder lock.
 class FolderLock {

@@ -11,6 +11,7 @@
 #include "platform/IniEditor.h"
 #include "platform/IniQuery.h"
 #include "platform/Os.h"
+#include "platform/ProfileFolder.h"
 
 namespace tolvex::platform {
 namespace {
@@ -74,7 +75,7 @@ Status LockedWrite(const char* app, const char* key, const char* value,
 Status ResolveProfilePath(const char* file, std::string* path) {
   if (!file || !*file) return Status::Error(StatusCode::kInvalidArgument);
   if (IsBareName(file)) {
-    *path = os::ProfileFolder() + "/" + file;
+    *path = ProfileFolder() + "/" + file;
   } else {
     *path = file;
   }
@@ -111,7 +112,7 @@ Status WriteProfileString(const char* app, const char* key, const char* value,
   if (!status.ok()) return status;
   if (IsBareName(file)) {
     // The profile folder is made on the first write into it.
-    status = os::CreateFolders(os::ProfileFolder());
+    status = os::CreateFolders(ProfileFolder());
     if (!status.ok()) return status;
   }
   return LockedWrite(app, key, value, path);

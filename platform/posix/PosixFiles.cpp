@@ -1,15 +1,12 @@
 // The POSIX implementation of the seam's file functions other than the replace and the lock:
-// whole-file reads, link resolution, the checks before a write, CopyFile, folder creation and
-// the profile folder. Stateless; safe from any thread (getenv aside, as always).
+// whole-file reads, link resolution, the checks before a write, CopyFile and folder creation.
+// Stateless; safe from any thread.
 #include <fcntl.h>
-#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <string>
-#include <vector>
 
 #include "platform/Os.h"
 #include "platform/posix/PosixPaths.h"
@@ -72,18 +69,6 @@ Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode) {
   bytes->resize(filled);
   ::close(fd);
   return Status::Ok();
-}
-
-std::string HomeFolder() {
-  const char* home = std::getenv("HOME");
-  if (home && *home) return home;
-  std::vector<char> buffer(16384);
-  struct passwd entry;
-  struct passwd* found = nullptr;
-  if (getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found &&
-      found->pw_dir)
-    return found->pw_dir;
-  return "/";
 }
 
 }  // namespace
@@ -174,15 +159,6 @@ Status CreateFolders(const std::string& folder) {
   if (::stat(folder.c_str(), &info) != 0) return StatusFromErrno(errno);
   if (!S_ISDIR(info.st_mode)) return StatusFromErrno(ENOTDIR);
   return Status::Ok();
-}
-
-std::string ProfileFolder() {
-  const char* own = std::getenv("TOLVEX_PROFILE_DIR");
-  if (own && *own) return own;
-  // The XDG base-directory rules ignore a relative XDG_CONFIG_HOME.
-  const char* config = std::getenv("XDG_CONFIG_HOME");
-  if (config && config[0] == '/') return std::string(config) + "/tolvex";
-  return HomeFolder() + "/.config/tolvex";
 }
 
 }  // namespace os
