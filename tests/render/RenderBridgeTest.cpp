@@ -8,12 +8,7 @@
 #include <string>
 
 #include "render/RenderDouble.h"
-#include "support/TempDir.h"
-
-class CMenuTemplateInspector {
- public:
-  static CString OutputBmpFile(const CMenuTemplate& menu) { return menu.m_strOutputBmpFile; }
-};
+#include "support/TemplateFile.h"
 
 namespace tolvex::test {
 namespace {
