@@ -72,10 +72,68 @@ void TrimApart(Rect& a, Rect& b) {
   b = best->b;
 }
 
+// One side of a rectangle, in the order of the arrays below.
+enum Side { kLeft, kTop, kRight, kBottom };
+
 struct Marked {
-  Rect rect;
-  int ring;
+  Rect rect;     // the button's visible rectangle, trimmed apart from its neighbours
+  int outside;   // width of the outline where it lies outside the rectangle
+  int inside;    // width of the outline where it lies on the frame instead
+  Rect outer;    // the outline covers outer less hole
+  Rect hole;
 };
+
+// The strip of `width` pixels just outside `side` of `r`, its corners included.
+Rect Strip(const Rect& r, Side side, int width) {
+  switch (side) {
+    case kLeft: return Rect{r.left - width, r.top - width, r.left, r.bottom + width};
+    case kTop: return Rect{r.left - width, r.top - width, r.right + width, r.top};
+    case kRight: return Rect{r.right, r.top - width, r.right + width, r.bottom + width};
+    case kBottom: return Rect{r.left - width, r.bottom, r.right + width, r.bottom + width};
+  }
+  return r;
+}
+
+// Whether the outline of marked[i] has room outside `side`: the strip lies on the page, and
+// one free pixel stays between it and every other button together with the widest outline
+// that button could draw round itself, so that neither depends on what the other chose.
+bool RoomOutside(const std::vector<Marked>& marked, size_t i, Side side, const Rect& canvas) {
+  const Rect& r = marked[i].rect;
+  const int w = marked[i].outside;
+  const bool onPage = side == kLeft   ? r.left - w >= canvas.left
+                      : side == kTop    ? r.top - w >= canvas.top
+                      : side == kRight  ? r.right + w <= canvas.right
+                                        : r.bottom + w <= canvas.bottom;
+  if (!onPage) return false;
+  const Rect strip = Strip(r, side, w);
+  for (size_t j = 0; j < marked.size(); ++j) {
+    if (j != i && Touch(strip, marked[j].rect.Inset(-marked[j].outside))) return false;
+  }
+  return true;
+}
+
+// Places the outline of marked[i]. The menu picture draws the frame along the inside of the
+// button's rectangle; were the outline on the same pixels, a highlight in a colour near the
+// frame's would hardly show. So each side of the outline lies just outside the rectangle,
+// touching the frame but clear of it, as thick as the frame within kMinMaskRing..kMaxMaskHalo:
+// a selected button gains a band round its frame, and the frame stays visible inside it.
+// Where a side has no room outside (the page's edge, or a neighbour too close) that side lies
+// on the frame instead, as thick as the frame and at least kMinMaskRing, and the highlight
+// replaces the frame there. Either way the outline is one closed ring: each side is a band
+// between the outer rectangle and the hole.
+void PlaceOutline(std::vector<Marked>& marked, size_t i, const Rect& canvas) {
+  Marked& m = marked[i];
+  int out[4];
+  for (const Side side : {kLeft, kTop, kRight, kBottom}) {
+    out[side] = RoomOutside(marked, i, side, canvas) ? m.outside : 0;
+  }
+  const Rect& r = m.rect;
+  m.outer = Rect{r.left - out[kLeft], r.top - out[kTop], r.right + out[kRight],
+                 r.bottom + out[kBottom]};
+  const int in = m.inside;
+  m.hole = Rect{r.left + (out[kLeft] ? 0 : in), r.top + (out[kTop] ? 0 : in),
+                r.right - (out[kRight] ? 0 : in), r.bottom - (out[kBottom] ? 0 : in)};
+}
 
 class LabelGrid {
  public:
@@ -100,12 +158,13 @@ class LabelGrid {
   }
 
   void DrawRing(const Marked& m, Label label) {
-    const Rect& r = m.rect;
+    const Rect& r = m.outer;
+    const Rect& hole = m.hole;
     for (int y = r.top; y < r.bottom; ++y) {
-      const bool band = y < r.top + m.ring || y >= r.bottom - m.ring;
+      const bool across = hole.Empty() || y < hole.top || y >= hole.bottom;
       for (int x = r.left; x < r.right; ++x) {
-        if (!band && x >= r.left + m.ring && x < r.right - m.ring) {
-          x = r.right - m.ring - 1;  // skip the inside of the ring
+        if (!across && x >= hole.left && x < hole.right) {
+          x = hole.right - 1;  // skip the hole
           continue;
         }
         if (!NearOther(x, y, label)) Set(x, y, label);
@@ -165,28 +224,27 @@ class LabelGrid {
 }  // namespace
 
 std::vector<uint8_t> PaintMask(const Page& page) {
+  const Rect canvas = page.Canvas();
   std::vector<Marked> marked;
   for (const Button& button : page.buttons) {
-    const Rect visible = button.rect.Intersect(page.Canvas());
+    const Rect visible = button.rect.Intersect(canvas);
     if (visible.Empty()) continue;
     if (marked.size() == UINT16_MAX) break;  // far beyond what a DVD page can hold
-    marked.push_back(Marked{visible, 0});
-    marked.back().ring = std::max(button.frameThickness, kMinMaskRing);
+    const int thickness = button.frameThickness;
+    marked.push_back(Marked{visible, std::clamp(thickness, kMinMaskRing, kMaxMaskHalo),
+                            std::max(thickness, kMinMaskRing), Rect{}, Rect{}});
   }
   for (size_t i = 0; i < marked.size(); ++i) {
     for (size_t j = i + 1; j < marked.size(); ++j) {
       if (Touch(marked[i].rect, marked[j].rect)) TrimApart(marked[i].rect, marked[j].rect);
     }
   }
+  for (size_t i = 0; i < marked.size(); ++i) PlaceOutline(marked, i, canvas);
 
   LabelGrid grid(page.width, page.height);
+  for (size_t i = 0; i < marked.size(); ++i) grid.DrawRing(marked[i], static_cast<Label>(i + 1));
   for (size_t i = 0; i < marked.size(); ++i) {
-    Marked& m = marked[i];
-    m.ring = RingWidth(m.rect, m.ring);
-    grid.DrawRing(m, static_cast<Label>(i + 1));
-  }
-  for (size_t i = 0; i < marked.size(); ++i) {
-    grid.KeepLargestPiece(marked[i].rect, static_cast<Label>(i + 1));
+    grid.KeepLargestPiece(marked[i].outer, static_cast<Label>(i + 1));
   }
 
   std::vector<uint8_t> rgb(static_cast<size_t>(page.width) * page.height * 3, 0);

@@ -16,7 +16,9 @@ namespace tolvex::render {
 //   3. each button in order: the frame is a ring along the inside of its rectangle, its
 //      thickness wide, painted with the frame picture (stretched to the whole rectangle, so
 //      that its border lands on the ring) when one is named, else in the frame colour; the
-//      button picture is stretched into the space inside the ring; then the button's title.
+//      button picture is stretched into the space inside the ring; a previous or next button
+//      without a picture gets instead a solid arrow in its frame colour there, pointing left
+//      or right; then the button's title.
 // Any named picture that cannot be loaded fails the whole page.
 Status PaintMenu(const Page& page, SurfacePtr* canvas);
 

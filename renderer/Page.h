@@ -49,7 +49,12 @@ struct Title {
   Colour colour{255, 255, 255};
 };
 
+// Which button of the page a Button is: the previous and next buttons get an arrow when no
+// picture is named for them.
+enum class ButtonRole { kNumbered, kPrevious, kNext };
+
 struct Button {
+  ButtonRole role = ButtonRole::kNumbered;
   Rect rect;
   std::string picture;       // full path, empty when none is named
   std::string framePicture;  // full path, empty when none is named

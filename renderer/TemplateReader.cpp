@@ -244,11 +244,13 @@ Status ReadPage(const std::string& templatePath, Page* page) {
   }
   if (file.Flag(kBackground, "AddPrevButton")) {
     if (auto button = ReadButton(file, "PrevButton", NavigationKeys("ButtonPrev"), folder)) {
+      button->role = ButtonRole::kPrevious;
       result.buttons.push_back(std::move(*button));
     }
   }
   if (file.Flag(kBackground, "AddNextButton")) {
     if (auto button = ReadButton(file, "NextButton", NavigationKeys("ButtonNext"), folder)) {
+      button->role = ButtonRole::kNext;
       result.buttons.push_back(std::move(*button));
     }
   }

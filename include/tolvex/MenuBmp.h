@@ -15,6 +15,9 @@ extern "C" {
 // centred on its button, or on the page), and its font size is the em height in pixels. A
 // picture that is named but cannot be loaded, or claims more than 64 megapixels, fails the
 // render; the output is replaced atomically, never left half-written.
+// Each button's frame is a ring along the inside of its rectangle, the button's picture inside
+// it; a previous or next button without a picture shows a solid arrow there instead, in its
+// frame colour, pointing left (previous) or right (next).
 __attribute__((visibility("default"))) int CreateMenuBmp(char* templateFile);
 
 // Reads the picture `source` and writes it to `target` scaled to `width` x `height`, in the

@@ -8,10 +8,15 @@ extern "C" {
 
 // Renders the mask of the menu page described by `templateFile` into an uncompressed BMP
 // named by its "OutMask" key (default "<template name>_mask.bmp", then recorded): black
-// everywhere but each visible button's frame ring, drawn in one marking colour without
-// anti-aliasing (white on black, 24-bit, the page's size). Rings are at least 2 pixels thick;
-// buttons that would touch are kept one pixel apart, so each is one area of its own for tools
-// such as spumux's autooutline. Returns nonzero on success, 0 on any failure. Prints nothing.
+// everywhere but an outline round each visible button, drawn in one marking colour without
+// anti-aliasing (white on black, 24-bit, the page's size). The outline lies just outside the
+// button's rectangle, so the frame of the menu picture stays visible inside a highlight; it is
+// as thick as the frame, at least 2 and at most 4 pixels. Where there is no room outside (the
+// page's edge, a neighbour closer than the outlines need), that side lies on the frame instead,
+// at least 2 pixels thick, and the highlight covers the frame there. Buttons that would touch
+// are kept one pixel apart, so each is one area of its own for tools such as spumux's
+// autooutline; an area is the button's rectangle grown by its outline.
+// Returns nonzero on success, 0 on any failure. Prints nothing.
 __attribute__((visibility("default"))) int CreateMaskMenuBmp(char* templateFile);
 
 #ifdef __cplusplus
