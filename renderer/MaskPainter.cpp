@@ -83,31 +83,27 @@ struct Marked {
   Rect hole;
 };
 
-// The strip of `width` pixels just outside `side` of `r`, its corners included.
+// The strip of `width` pixels just outside `side` of `r`, as long as that side.
 Rect Strip(const Rect& r, Side side, int width) {
   switch (side) {
-    case kLeft: return Rect{r.left - width, r.top - width, r.left, r.bottom + width};
-    case kTop: return Rect{r.left - width, r.top - width, r.right + width, r.top};
-    case kRight: return Rect{r.right, r.top - width, r.right + width, r.bottom + width};
-    case kBottom: return Rect{r.left - width, r.bottom, r.right + width, r.bottom + width};
+    case kLeft: return Rect{r.left - width, r.top, r.left, r.bottom};
+    case kTop: return Rect{r.left, r.top - width, r.right, r.top};
+    case kRight: return Rect{r.right, r.top, r.right + width, r.bottom};
+    case kBottom: return Rect{r.left, r.bottom, r.right, r.bottom + width};
   }
   return r;
 }
 
-// Whether the outline of marked[i] has room outside `side`: the strip lies on the page, and
-// one free pixel stays between it and every other button together with the widest outline
-// that button could draw round itself, so that neither depends on what the other chose.
-bool RoomOutside(const std::vector<Marked>& marked, size_t i, Side side, const Rect& canvas) {
-  const Rect& r = marked[i].rect;
-  const int w = marked[i].outside;
-  const bool onPage = side == kLeft   ? r.left - w >= canvas.left
-                      : side == kTop    ? r.top - w >= canvas.top
-                      : side == kRight  ? r.right + w <= canvas.right
-                                        : r.bottom + w <= canvas.bottom;
-  if (!onPage) return false;
-  const Rect strip = Strip(r, side, w);
+// Whether `area` lies on the page and keeps one free pixel between it and every button other
+// than marked[i], together with the widest outline that button could draw round itself, so
+// that no outline depends on what another chose.
+bool Free(const std::vector<Marked>& marked, size_t i, const Rect& area, const Rect& canvas) {
+  if (area.left < canvas.left || area.top < canvas.top || area.right > canvas.right ||
+      area.bottom > canvas.bottom) {
+    return false;
+  }
   for (size_t j = 0; j < marked.size(); ++j) {
-    if (j != i && Touch(strip, marked[j].rect.Inset(-marked[j].outside))) return false;
+    if (j != i && Touch(area, marked[j].rect.Inset(-marked[j].outside))) return false;
   }
   return true;
 }
@@ -123,11 +119,21 @@ bool RoomOutside(const std::vector<Marked>& marked, size_t i, Side side, const R
 // between the outer rectangle and the hole.
 void PlaceOutline(std::vector<Marked>& marked, size_t i, const Rect& canvas) {
   Marked& m = marked[i];
+  const Rect& r = m.rect;
+  const int w = m.outside;
   int out[4];
   for (const Side side : {kLeft, kTop, kRight, kBottom}) {
-    out[side] = RoomOutside(marked, i, side, canvas) ? m.outside : 0;
+    out[side] = Free(marked, i, Strip(r, side, w), canvas) ? w : 0;
   }
-  const Rect& r = m.rect;
+  // A corner is outside when both its sides are; without room there, its upright side yields.
+  for (const Side upright : {kLeft, kRight}) {
+    for (const Side level : {kTop, kBottom}) {
+      if (out[upright] == 0 || out[level] == 0) continue;
+      const int x = upright == kLeft ? r.left - w : r.right;
+      const int y = level == kTop ? r.top - w : r.bottom;
+      if (!Free(marked, i, Rect{x, y, x + w, y + w}, canvas)) out[upright] = 0;
+    }
+  }
   m.outer = Rect{r.left - out[kLeft], r.top - out[kTop], r.right + out[kRight],
                  r.bottom + out[kBottom]};
   const int in = m.inside;

@@ -49,7 +49,7 @@ void PaintArrow(cairo_t* cr, const Button& button, const Rect& inner) {
   const Rect area = inner.Inset(margin);
   if (area.Empty()) return;
   const double height = std::min(area.Height(), area.Width() * 5 / 4);
-  const double length = std::min<double>(area.Width(), 2 * height);
+  const double length = std::min<double>(area.Width(), 2.5 * height);
   const double head = std::min(length, 0.8 * height);
   const double centreX = (area.left + area.right) / 2.0;
   const double centreY = (area.top + area.bottom) / 2.0;

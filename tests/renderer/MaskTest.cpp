@@ -1,9 +1,11 @@
+#include <tolvex/MenuBmp.h>
 #include <tolvex/MenuMask.h>
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <set>
+#include <tuple>
 
 #include "renderer/RenderTestSupport.h"
 
@@ -84,16 +86,114 @@ TEST(Mask, OneColourOnRingsAtLeastTwoPixelsThickAndEveryButtonItsOwnArea) {
   const std::set<Rgb> colours(p.pixels.begin(), p.pixels.end());
   ASSERT_EQ(colours.size(), 2u);
   const Rgb mark = *colours.rbegin();
-  EXPECT_EQ(CountPixels(p, a, mark), Ring(a, 2));  // no picture, no title
-  EXPECT_EQ(CountPixels(p, b, mark), Ring(b, 5));
+  // Outside the rectangle, as thick as the frame but 2 to 4 pixels; no picture, no title.
+  EXPECT_EQ(CountPixels(p, Grow(a, 2), mark), Ring(Grow(a, 2), 2));
+  EXPECT_EQ(CountPixels(p, a, mark), 0);
+  EXPECT_EQ(CountPixels(p, Grow(b, 4), mark), Ring(Grow(b, 4), 4));
 
   const auto areas = Areas(p);
   EXPECT_EQ(areas.size(), boxes.size());  // less the one off the page, plus the previous button
   EXPECT_TRUE(NoThinLines(p));  // every ring at least two pixels thick
-  EXPECT_EQ(CountPixels(p, {718, 540, 720, 576}, mark), 2 * 36);  // closed along the page's edge
+  // Closed along the page's edge, on the frame there.
+  EXPECT_EQ(CountPixels(p, {718, 538, 720, 576}, mark), 2 * 38);
+  EXPECT_EQ(CountPixels(p, {680, 574, 720, 576}, mark), 2 * 40);
 
   tpl.Page("OutMask", "no/folder/m.bmp");
   EXPECT_EQ(CreateMaskMenuBmp(tpl.path()), 0);
+}
+
+class MenuAndMask : public ::testing::Test {
+ protected:
+  MenuAndMask() : tpl(dir) {
+    tpl.Page("NTSC", "TRUE");
+    WriteSolidPicture(dir.File("bg.png"), 8, 8, kBackground);
+    tpl.Page("BackgroundBmp", "bg.png");
+  }
+  void Render() {
+    ASSERT_NE(CreateMenuBmp(tpl.path()), 0);
+    ASSERT_NE(CreateMaskMenuBmp(tpl.path()), 0);
+    menu = Picture::Load(dir.File("menu.bmp"));
+    mask = Picture::Load(dir.File("menu_mask.bmp"));
+    ASSERT_EQ(menu.pixels.size(), mask.pixels.size());
+  }
+  // How many pixels the mask marks where the menu shows `frame`.
+  int MarkedOnColour(Rgb frame) const {
+    int count = 0;
+    for (size_t i = 0; i < menu.pixels.size(); ++i) {
+      count += menu.pixels[i] == frame && mask.pixels[i] != kBlack;
+    }
+    return count;
+  }
+  static constexpr Rgb kBackground{20, 30, 90}, kFrame{255, 200, 0};
+  TempDir dir;
+  TestTemplate tpl;
+  Picture menu, mask;
+};
+
+TEST_F(MenuAndMask, OutlineSurroundsTheDrawnFrameWithoutCoveringIt) {
+  // Frames 0 to 9 pixels thick; the outlines are 2, 2, 3, 4 and 4 pixels outside them.
+  const std::vector<std::pair<Box, int>> buttons = {
+      {{60, 60, 200, 140}, 0},   {{260, 60, 400, 140}, 1}, {{460, 60, 600, 140}, 3},
+      {{60, 220, 200, 300}, 4}, {{260, 220, 400, 300}, 9}};
+  const std::vector<int> outline = {2, 2, 3, 4, 4};
+  tpl.Count(5);
+  for (size_t i = 0; i < buttons.size(); ++i) {
+    tpl.Button(static_cast<int>(i), buttons[i].first, buttons[i].second, kFrame);
+  }
+  tpl.Nav(false, {60, 400, 156, 440}, 4, kFrame);  // frame and arrow in the frame colour
+  tpl.Nav(true, {564, 400, 660, 440}, 4, kFrame);
+  Render();
+  EXPECT_EQ(MarkedOnColour(kFrame), 0);  // neither frame nor arrow under the highlight
+  EXPECT_TRUE(NoThinLines(mask));
+
+  // Each area is its button's frame, as the menu shows it, grown by the outline.
+  std::vector<Box> areas = Areas(mask), expected;
+  for (size_t i = 0; i < buttons.size(); ++i) {
+    const Box& box = buttons[i].first;
+    if (buttons[i].second > 0) {
+      const Box frame = FindInk(menu, Grow(box, 1), kBackground, kFrame).bounds;
+      EXPECT_EQ(std::tie(frame.left, frame.top, frame.right, frame.bottom),
+                std::tie(box.left, box.top, box.right, box.bottom));
+    }
+    expected.push_back(Grow(box, outline[i]));
+    EXPECT_EQ(CountPixels(mask, expected.back(), kWhite), Ring(expected.back(), outline[i])) << i;
+  }
+  expected.push_back(Grow(Box{60, 400, 156, 440}, 4));
+  expected.push_back(Grow(Box{564, 400, 660, 440}, 4));
+  auto order = [](const Box& a, const Box& b) {
+    return std::tie(a.left, a.top, a.right, a.bottom) < std::tie(b.left, b.top, b.right, b.bottom);
+  };
+  std::sort(areas.begin(), areas.end(), order);
+  std::sort(expected.begin(), expected.end(), order);
+  ASSERT_EQ(areas.size(), expected.size());
+  for (size_t i = 0; i < areas.size(); ++i) {
+    EXPECT_EQ(std::tie(areas[i].left, areas[i].top, areas[i].right, areas[i].bottom),
+              std::tie(expected[i].left, expected[i].top, expected[i].right, expected[i].bottom));
+  }
+}
+
+TEST_F(MenuAndMask, WithoutRoomOutsideTheOutlineTakesTheFramesPlaceOnThatSide) {
+  const Box a{100, 200, 200, 260}, b{206, 200, 306, 260};  // 6 apart: two outlines need 9
+  const Box edge{0, 400, 80, 450};                          // on the page's left edge
+  tpl.Count(3);
+  tpl.Button(0, a, 4, kFrame);
+  tpl.Button(1, b, 4, kFrame);
+  tpl.Button(2, edge, 2, kFrame);
+  Render();
+  EXPECT_EQ(Areas(mask).size(), 3u);
+  EXPECT_TRUE(NoThinLines(mask));
+  // Facing sides: on the frames, and the gap between them left free.
+  EXPECT_EQ(CountPixels(mask, {196, 200, 200, 260}, kWhite), 4 * 60);
+  EXPECT_EQ(CountPixels(mask, {206, 200, 210, 260}, kWhite), 4 * 60);
+  EXPECT_EQ(CountPixels(mask, {200, 190, 206, 270}, kWhite), 0);
+  // The far sides, outside as usual.
+  EXPECT_EQ(CountPixels(mask, {96, 200, 100, 260}, kWhite), 4 * 60);
+  EXPECT_EQ(CountPixels(mask, {100, 196, 200, 200}, kWhite), 4 * 100);
+  EXPECT_EQ(CountPixels(mask, {306, 200, 310, 260}, kWhite), 4 * 60);
+  // At the page's edge: the frame's own two columns, and the outline closed round the corner.
+  EXPECT_EQ(CountPixels(mask, {0, 400, 2, 450}, kWhite), 2 * 50);
+  EXPECT_EQ(CountPixels(mask, {0, 398, 82, 400}, kWhite), 2 * 82);
+  EXPECT_EQ(CountPixels(mask, {2, 400, 80, 450}, kWhite), 0);
 }
 
 }  // namespace

@@ -52,9 +52,54 @@ TEST_F(MenuBmp, ButtonsOfTheLayoutInUseFramedByColourOrPictureAndNavOnlyWhenSwit
   EXPECT_EQ(CountPixels(p, pictured, kGreen), Ring(pictured, 6));
   EXPECT_EQ(CountPixels(p, {106, 106, 294, 194}, kBlue), 188 * 88);
   EXPECT_EQ(CountPixels(p, framed, kYellow), Ring(framed, 4));
-  EXPECT_EQ(CountPixels(p, prev, kRed), Ring(prev, 3));
+  EXPECT_EQ(CountPixels(p, prev, kRed) - CountPixels(p, Grow(prev, -3), kRed), Ring(prev, 3));
+  const int prevInk = 60 * 40 - CountPixels(p, prev, kBlack);  // its frame and arrow
   EXPECT_EQ(CountPixels(p, {0, 0, 720, 480}, kBlack),
-            720 * 480 - Ring(plain, 2) - 200 * 100 - Ring(framed, 4) - Ring(prev, 3));
+            720 * 480 - Ring(plain, 2) - 200 * 100 - Ring(framed, 4) - prevInk);
+}
+
+// How tall the ink of column `x` of `box` is, from its first inked row to its last.
+int ColumnInk(const Picture& p, Box box, int x, Rgb background) {
+  int top = box.bottom, bottom = box.top;
+  for (int y = box.top; y < box.bottom; ++y) {
+    if (p.At(x, y) != background) top = std::min(top, y), bottom = std::max(bottom, y + 1);
+  }
+  return std::max(0, bottom - top);
+}
+
+TEST_F(MenuBmp, PreviousAndNextWithoutAPictureShowASolidArrowPointingTheirWay) {
+  WriteSolidPicture(dir.File("bg.png"), 8, 8, kBlue);
+  WriteSolidPicture(dir.File("b.png"), 8, 8, kGreen);
+  tpl.Page("BackgroundBmp", "bg.png");
+  const Box prev{40, 400, 136, 440}, next{584, 400, 680, 440}, numbered{300, 100, 396, 140};
+  tpl.Nav(false, prev, 4, kYellow);
+  tpl.Nav(true, next, 4, kYellow);
+  tpl.Count(1);
+  tpl.Button(0, numbered, 4, kYellow);  // a numbered button gets no arrow
+  Picture p = Render();
+  for (const auto& [box, left] : {std::pair{prev, true}, std::pair{next, false}}) {
+    const Box inner = Grow(box, -4);
+    const Ink arrow = FindInk(p, inner, kBlue, kYellow);
+    const Box& b = arrow.bounds;
+    EXPECT_GT(b.right - b.left, 88 / 2) << "large enough to read";
+    EXPECT_GT(arrow.count * 3, (b.right - b.left) * (b.bottom - b.top)) << "solid, not outlined";
+    EXPECT_GT(arrow.partial, 0) << "anti-aliased edges";
+    EXPECT_GT(arrow.count - arrow.partial, arrow.partial * 3) << "mostly full colour";
+    // The head, the tallest part of an arrow, lies in the half it points to.
+    int tallest = inner.left;
+    for (int x = inner.left; x < inner.right; ++x) {
+      if (ColumnInk(p, inner, x, kBlue) > ColumnInk(p, inner, tallest, kBlue)) tallest = x;
+    }
+    const int middle = (inner.left + inner.right) / 2;
+    EXPECT_EQ(tallest < middle, left) << tallest;
+    EXPECT_GT(ColumnInk(p, inner, tallest, kBlue), 32 / 2);
+    EXPECT_NEAR(arrow.bounds.top + arrow.bounds.bottom, inner.top + inner.bottom, 2);
+  }
+  EXPECT_EQ(FindInk(p, Grow(numbered, -4), kBlue, kYellow).count, 0);
+
+  tpl.Set("PrevButton", "ButtonPrevBmp", "b.png");  // a picture takes the arrow's place
+  p = Render();
+  EXPECT_EQ(CountPixels(p, Grow(prev, -4), kGreen), 88 * 32);
 }
 
 TEST_F(MenuBmp, TitlesLieInTheirBoxAntiAliasedAtThePixelSizeOnABackgroundOfCanvasSize) {

@@ -24,6 +24,8 @@ inline constexpr Rgb kBlack{0, 0, 0}, kWhite{255, 255, 255}, kRed{255, 0, 0}, kB
 struct Box {
   int left, top, right, bottom;  // right and bottom exclusive, as in the template
 };
+// `b` grown by `by` pixels on every side (shrunk when negative).
+inline Box Grow(Box b, int by) { return Box{b.left - by, b.top - by, b.right + by, b.bottom + by}; }
 // The pixels of a frame ring `t` thick along the inside of `b`.
 inline int Ring(Box b, int t) {
   const int w = b.right - b.left, h = b.bottom - b.top;
