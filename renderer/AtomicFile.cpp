@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <random>
 
+#include "renderer/Failure.h"
+
 
 namespace tolvex::render {
 namespace {
@@ -43,15 +45,15 @@ bool WriteAll(int fd, const std::string& bytes) {
 }  // namespace
 
 Status ReplaceFile(const std::string& path, const std::string& bytes) {
-  if (path.empty()) return Status::kOutputUnwritable;
+  if (path.empty()) return Fail(Status::kOutputUnwritable, "no output named");
   std::string temporary;
   int fd = -1;
   for (int attempt = 0; attempt < 8 && fd < 0; ++attempt) {
     temporary = TemporaryName(path);
     fd = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (fd < 0 && errno != EEXIST) return Status::kOutputUnwritable;
+    if (fd < 0 && errno != EEXIST) return FailErrno(Status::kOutputUnwritable, "cannot write output " + path, errno);
   }
-  if (fd < 0) return Status::kOutputUnwritable;
+  if (fd < 0) return FailErrno(Status::kOutputUnwritable, "cannot write output " + path, EEXIST);
 
   struct stat existing {};
   bool ok = true;
@@ -64,8 +66,9 @@ Status ReplaceFile(const std::string& path, const std::string& bytes) {
   ok = close(fd) == 0 && ok;
   ok = ok && rename(temporary.c_str(), path.c_str()) == 0;
   if (!ok) {
+    const int error = errno;
     unlink(temporary.c_str());
-    return Status::kOutputUnwritable;
+    return FailErrno(Status::kOutputUnwritable, "cannot write output " + path, error);
   }
   return Status::kOk;
 }

@@ -3,6 +3,7 @@
 
 #include <tolvex/Profile.h>
 
+#include "renderer/Failure.h"
 #include "renderer/Paths.h"
 #include "renderer/TemplateReader.h"
 
@@ -20,7 +21,7 @@ OutputName ResolveOutput(const std::string& templatePath, const char* key, const
 Status RecordOutput(const std::string& templatePath, const char* key, const OutputName& name) {
   if (name.toRecord.empty()) return Status::kOk;
   if (!WritePrivateProfileStringA("Background", key, name.toRecord.c_str(), templatePath.c_str())) {
-    return Status::kRecordFailed;
+    return Fail(Status::kRecordFailed, std::string("cannot record ") + key + " in template " + templatePath);
   }
   return Status::kOk;
 }

@@ -2,6 +2,8 @@
 // conversion into cairo's premultiplied pixel format.
 #include "renderer/Picture.h"
 
+#include "renderer/Failure.h"
+
 namespace tolvex::render {
 namespace {
 
@@ -10,11 +12,13 @@ namespace {
 Status CheckSize(const std::string& path) {
   int width = 0;
   int height = 0;
-  if (gdk_pixbuf_get_file_info(path.c_str(), &width, &height) == nullptr) {
-    return Status::kPictureUnreadable;
+  if (gdk_pixbuf_get_file_info(path.c_str(), &width, &height) == nullptr || width <= 0 ||
+      height <= 0) {
+    return Fail(Status::kPictureUnreadable, "cannot read picture " + path);
   }
-  if (width <= 0 || height <= 0) return Status::kPictureUnreadable;
-  if (static_cast<int64_t>(width) * height > kMaxPicturePixels) return Status::kPictureTooLarge;
+  if (static_cast<int64_t>(width) * height > kMaxPicturePixels) {
+    return Fail(Status::kPictureTooLarge, "picture " + path + " is too large");
+  }
   return Status::kOk;
 }
 
@@ -29,7 +33,7 @@ Status LoadPicture(const std::string& path, PixbufPtr* out) {
   GError* error = nullptr;
   GdkPixbuf* picture = gdk_pixbuf_new_from_file(path.c_str(), &error);
   if (error != nullptr) g_error_free(error);
-  if (picture == nullptr) return Status::kPictureUnreadable;
+  if (picture == nullptr) return Fail(Status::kPictureUnreadable, "cannot decode picture " + path);
   out->reset(picture);
   return Status::kOk;
 }

@@ -11,6 +11,7 @@
 
 #include <tolvex/Profile.h>
 
+#include "renderer/Failure.h"
 #include "renderer/Paths.h"
 
 namespace tolvex::render {
@@ -225,7 +226,10 @@ std::vector<std::string> TemplateFile::Keys(const char* section) const {
 
 Status ReadPage(const std::string& templatePath, Page* page) {
   const TemplateFile file(templatePath);
-  if (!file.HasSection(kBackground)) return Status::kTemplateUnreadable;
+  if (!file.HasSection(kBackground)) {
+    return Fail(Status::kTemplateUnreadable,
+                "cannot read template " + templatePath + ": missing, unreadable or no [Background]");
+  }
   const std::string folder = TemplateFolder(templatePath);
 
   Page result;

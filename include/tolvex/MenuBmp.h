@@ -25,6 +25,12 @@ __attribute__((visibility("default"))) int CreateMenuBmp(char* templateFile);
 __attribute__((visibility("default"))) int ImageResize(char* source, char* target, int width,
                                                        int height);
 
+// Why the last call of CreateMenuBmp or ImageResize on the calling thread failed: one short
+// English line that names the file concerned, such as
+// "cannot read picture /dvd/bg.png: no such file or directory"; "" when that call succeeded
+// or none was made. The text stays valid until the next call of this library on the thread.
+__attribute__((visibility("default"))) const char* TolvexMenuBmpLastError(void);
+
 #ifdef __cplusplus
 }
 #endif

@@ -19,6 +19,12 @@ extern "C" {
 // Returns nonzero on success, 0 on any failure. Prints nothing.
 __attribute__((visibility("default"))) int CreateMaskMenuBmp(char* templateFile);
 
+// Why the last call of CreateMaskMenuBmp on the calling thread failed: one short English line
+// that names the file concerned, such as "cannot write output /dvd/menu_mask.bmp: permission
+// denied"; "" when that call succeeded or none was made. The text stays valid until the next
+// call of this library on the thread.
+__attribute__((visibility("default"))) const char* TolvexMenuMaskLastError(void);
+
 #ifdef __cplusplus
 }
 #endif
