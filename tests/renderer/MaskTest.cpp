@@ -175,12 +175,15 @@ TEST_F(MenuAndMask, OutlineSurroundsTheDrawnFrameWithoutCoveringIt) {
 TEST_F(MenuAndMask, WithoutRoomOutsideTheOutlineTakesTheFramesPlaceOnThatSide) {
   const Box a{100, 200, 200, 260}, b{206, 200, 306, 260};  // 6 apart: two outlines need 9
   const Box edge{0, 400, 80, 450};                          // on the page's left edge
-  tpl.Count(3);
+  const Box c{500, 200, 600, 260}, d{608, 150, 700, 193};   // only their corners too near
+  tpl.Count(5);
   tpl.Button(0, a, 4, kFrame);
   tpl.Button(1, b, 4, kFrame);
   tpl.Button(2, edge, 2, kFrame);
+  tpl.Button(3, c, 4, kFrame);
+  tpl.Button(4, d, 4, kFrame);
   Render();
-  EXPECT_EQ(Areas(mask).size(), 3u);
+  EXPECT_EQ(Areas(mask).size(), 5u);
   EXPECT_TRUE(NoThinLines(mask));
   // Facing sides: on the frames, and the gap between them left free.
   EXPECT_EQ(CountPixels(mask, {196, 200, 200, 260}, kWhite), 4 * 60);
@@ -194,6 +197,12 @@ TEST_F(MenuAndMask, WithoutRoomOutsideTheOutlineTakesTheFramesPlaceOnThatSide) {
   EXPECT_EQ(CountPixels(mask, {0, 400, 2, 450}, kWhite), 2 * 50);
   EXPECT_EQ(CountPixels(mask, {0, 398, 82, 400}, kWhite), 2 * 82);
   EXPECT_EQ(CountPixels(mask, {2, 400, 80, 450}, kWhite), 0);
+  // Where only the corners would meet, the upright sides next to them lie on the frames.
+  EXPECT_EQ(CountPixels(mask, {596, 200, 600, 260}, kWhite), 4 * 60);
+  EXPECT_EQ(CountPixels(mask, {608, 150, 612, 193}, kWhite), 4 * 43);
+  EXPECT_EQ(CountPixels(mask, {600, 146, 608, 264}, kWhite), 0);
+  EXPECT_EQ(CountPixels(mask, {500, 196, 600, 200}, kWhite), 4 * 100);  // tops still outside
+  EXPECT_EQ(CountPixels(mask, {608, 193, 700, 197}, kWhite), 4 * 92);
 }
 
 }  // namespace
