@@ -72,7 +72,7 @@ void TrimApart(Rect& a, Rect& b) {
   b = best->b;
 }
 
-// One side of a rectangle, in the order of the arrays below.
+// One side of a rectangle, also the index into the outline's widths below.
 enum Side { kLeft, kTop, kRight, kBottom };
 
 struct Marked {
@@ -136,7 +136,7 @@ void PlaceOutline(std::vector<Marked>& marked, size_t i, const Rect& canvas) {
   }
   m.outer = Rect{r.left - out[kLeft], r.top - out[kTop], r.right + out[kRight],
                  r.bottom + out[kBottom]};
-  const int in = m.inside;
+  const int in = RingWidth(r, m.inside);  // a frame thicker than the button fills it
   m.hole = Rect{r.left + (out[kLeft] ? 0 : in), r.top + (out[kTop] ? 0 : in),
                 r.right - (out[kRight] ? 0 : in), r.bottom - (out[kBottom] ? 0 : in)};
 }

@@ -176,14 +176,20 @@ TEST_F(MenuAndMask, WithoutRoomOutsideTheOutlineTakesTheFramesPlaceOnThatSide) {
   const Box a{100, 200, 200, 260}, b{206, 200, 306, 260};  // 6 apart: two outlines need 9
   const Box edge{0, 400, 80, 450};                          // on the page's left edge
   const Box c{500, 200, 600, 260}, d{608, 150, 700, 193};   // only their corners too near
-  tpl.Count(5);
+  const Box e{100, 300, 140, 340}, solid{144, 300, 184, 340};
+  tpl.Count(7);
+  tpl.Button(5, e, 2, kFrame);
+  tpl.Button(6, solid, 2, kFrame);
+  tpl.Key(6, "ButtonFrameThickness", "2147483647");  // the frame fills the button
   tpl.Button(0, a, 4, kFrame);
   tpl.Button(1, b, 4, kFrame);
   tpl.Button(2, edge, 2, kFrame);
   tpl.Button(3, c, 4, kFrame);
   tpl.Button(4, d, 4, kFrame);
   Render();
-  EXPECT_EQ(Areas(mask).size(), 5u);
+  EXPECT_EQ(Areas(mask).size(), 7u);
+  EXPECT_EQ(CountPixels(mask, {144, 300, 164, 340}, kWhite), 20 * 40);
+  EXPECT_EQ(CountPixels(mask, {164, 300, 184, 340}, kWhite), 0);
   EXPECT_TRUE(NoThinLines(mask));
   // Facing sides: on the frames, and the gap between them left free.
   EXPECT_EQ(CountPixels(mask, {196, 200, 200, 260}, kWhite), 4 * 60);
