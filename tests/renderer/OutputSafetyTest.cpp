@@ -115,6 +115,8 @@ TEST_F(OutputSafety, AFileSizeLimitFailsTheWriteAndLeavesNoTemporary) {
   WriteFile(dir.File("menu.bmp"), "old");
   // A temporary left by a writer killed before its rename; the next write removes it.
   WriteFile(dir.File(".menu.bmp.tolvex-999999-0"), "stale");
+  WriteFile(dir.File(".menu.bmp.tmp999999-0-123"), "stale");  // named by an earlier version
+  WriteFile(dir.File(".menu.bmp.tmpfile"), "not ours");
   for (const bool mask : {false, true}) {
     const pid_t pid = fork();
     if (pid == 0) {
@@ -130,7 +132,8 @@ TEST_F(OutputSafety, AFileSizeLimitFailsTheWriteAndLeavesNoTemporary) {
     EXPECT_EQ(WEXITSTATUS(status), 0) << "rendered, or failed for another reason";
   }
   EXPECT_EQ(ReadFile(dir.File("menu.bmp")), "old");
-  EXPECT_EQ(Names(), (std::vector<std::string>{"bg.png", "menu.bmp", "menu.ini", "sub"}));
+  EXPECT_EQ(Names(), (std::vector<std::string>{".menu.bmp.tmpfile", "bg.png", "menu.bmp",
+                                               "menu.ini", "sub"}));
 }
 
 }  // namespace
