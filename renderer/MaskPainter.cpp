@@ -94,6 +94,11 @@ Rect Strip(const Rect& r, Side side, int width) {
   return r;
 }
 
+// `r` grown by `by` pixels on each side; `r` lies on the page, so the edges stay in range.
+Rect Grown(const Rect& r, int by) {
+  return Rect{r.left - by, r.top - by, r.right + by, r.bottom + by};
+}
+
 // Whether `area` lies on the page and keeps one free pixel between it and every button other
 // than marked[i], together with the widest outline that button could draw round itself, so
 // that no outline depends on what another chose.
@@ -103,7 +108,7 @@ bool Free(const std::vector<Marked>& marked, size_t i, const Rect& area, const R
     return false;
   }
   for (size_t j = 0; j < marked.size(); ++j) {
-    if (j != i && Touch(area, marked[j].rect.Inset(-marked[j].outside))) return false;
+    if (j != i && Touch(area, Grown(marked[j].rect, marked[j].outside))) return false;
   }
   return true;
 }

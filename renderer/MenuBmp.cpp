@@ -12,6 +12,7 @@
 #include "renderer/BmpWriter.h"
 #include "renderer/Failure.h"
 #include "renderer/MenuPainter.h"
+#include "renderer/OutputGuard.h"
 #include "renderer/OutputName.h"
 #include "renderer/Picture.h"
 #include "renderer/QuietLogs.h"
@@ -21,9 +22,16 @@ namespace tolvex::render {
 namespace {
 
 Status RenderMenu(const std::string& templatePath) {
+  TemplateFile file;
+  if (const Status s = TemplateFile::Load(templatePath, &file); s != Status::kOk) return s;
   Page page;
-  if (const Status s = ReadPage(templatePath, &page); s != Status::kOk) return s;
-  const OutputName output = ResolveOutput(templatePath, "OutputBmp", ".bmp");
+  if (const Status s = ReadPage(file, &page); s != Status::kOk) return s;
+  const OutputName output = ResolveOutput(file, "OutputBmp", ".bmp");
+  const OutputName mask = ResolveOutput(file, "OutMask", "_mask.bmp");
+  if (const Status s = CheckOutputIsNoInput(output.path, file, page, mask.path);
+      s != Status::kOk) {
+    return s;
+  }
 
   SurfacePtr canvas;
   if (const Status s = PaintMenu(page, &canvas); s != Status::kOk) return s;

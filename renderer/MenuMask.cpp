@@ -10,6 +10,7 @@
 #include "renderer/BmpWriter.h"
 #include "renderer/Failure.h"
 #include "renderer/MaskPainter.h"
+#include "renderer/OutputGuard.h"
 #include "renderer/OutputName.h"
 #include "renderer/QuietLogs.h"
 #include "renderer/TemplateReader.h"
@@ -18,9 +19,16 @@ namespace tolvex::render {
 namespace {
 
 Status RenderMask(const std::string& templatePath) {
+  TemplateFile file;
+  if (const Status s = TemplateFile::Load(templatePath, &file); s != Status::kOk) return s;
   Page page;
-  if (const Status s = ReadPage(templatePath, &page); s != Status::kOk) return s;
-  const OutputName output = ResolveOutput(templatePath, "OutMask", "_mask.bmp");
+  if (const Status s = ReadPage(file, &page); s != Status::kOk) return s;
+  const OutputName output = ResolveOutput(file, "OutMask", "_mask.bmp");
+  const OutputName menu = ResolveOutput(file, "OutputBmp", ".bmp");
+  if (const Status s = CheckOutputIsNoInput(output.path, file, page, menu.path);
+      s != Status::kOk) {
+    return s;
+  }
 
   const std::vector<uint8_t> rgb = PaintMask(page);
   const std::string bytes =

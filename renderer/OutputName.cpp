@@ -5,12 +5,11 @@
 
 #include "renderer/Failure.h"
 #include "renderer/Paths.h"
-#include "renderer/TemplateReader.h"
 
 namespace tolvex::render {
 
-OutputName ResolveOutput(const std::string& templatePath, const char* key, const char* suffix) {
-  const TemplateFile file(templatePath);
+OutputName ResolveOutput(const TemplateFile& file, const char* key, const char* suffix) {
+  const std::string& templatePath = file.path();
   const std::string folder = TemplateFolder(templatePath);
   const auto named = file.Text("Background", key);
   if (named && !named->empty()) return OutputName{ResolveIn(folder, *named), std::string()};

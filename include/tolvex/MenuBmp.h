@@ -12,12 +12,17 @@ extern "C" {
 // under "OutputBmp". Returns nonzero on success, 0 on any failure. Prints nothing.
 // The page is 720x480 when "NTSC" is TRUE, else 720x576. Positions and sizes are canvas
 // pixels: a title's position is the top-left corner of its text box (a title without one is
-// centred on its button, or on the page), and its font size is the em height in pixels. A
-// picture that is named but cannot be loaded, or claims more than 64 megapixels, fails the
-// render; the output is replaced atomically, never left half-written.
-// Each button's frame is a ring along the inside of its rectangle, the button's picture inside
-// it; a previous or next button without a picture shows a solid arrow there instead, in its
-// frame colour, pointing left (previous) or right (next).
+// centred on its button, or on the page), and its font size is the em height in pixels. Only
+// the part of a button on the page is drawn, its frame along the inside of that part, the
+// button's picture inside the frame; a previous or next button without a picture shows a solid
+// arrow there instead, in its frame colour, pointing left (previous) or right (next).
+// Inputs: the template and the pictures are read only when they are regular files (a FIFO or
+// device is refused at once), the template up to 16 MB, each picture up to 64 MB, PNG, JPEG
+// or BMP, no more than 16384 pixels a side and 25 megapixels as its header claims. A picture
+// that is named but cannot be loaded fails the render.
+// Output: replaced atomically, never left half-written; a symbolic link is followed and stays.
+// Refused: an output that is the template, a picture drawn or the mask's output, one that is
+// not a regular file, and a read-only one (for root too). A file-size limit fails the write.
 __attribute__((visibility("default"))) int CreateMenuBmp(char* templateFile);
 
 // Reads the picture `source` and writes it to `target` scaled to `width` x `height`, in the

@@ -17,6 +17,8 @@ extern "C" {
 // are kept one pixel apart, so each is one area of its own for tools such as spumux's
 // autooutline; an area is the button's rectangle grown by its outline.
 // Returns nonzero on success, 0 on any failure. Prints nothing.
+// The template is read and the output written under the same rules as CreateMenuBmp's; the
+// output must not be the template, a picture the page names or the menu's output.
 __attribute__((visibility("default"))) int CreateMaskMenuBmp(char* templateFile);
 
 // Why the last call of CreateMaskMenuBmp on the calling thread failed: one short English line
