@@ -87,7 +87,8 @@ class HostileInput : public ::testing::Test {
 TEST_F(HostileInput, FifosDevicesAndFoldersAreRefusedWithoutWaiting) {
   ASSERT_EQ(mkfifo(dir.File("fifo").c_str(), 0644), 0);
   std::filesystem::create_directory(dir.File("folder"));
-  for (const std::string& picture : {dir.File("fifo"), std::string("/dev/zero"), dir.File("folder")}) {
+  const std::string pictures[] = {dir.File("fifo"), "/dev/zero", dir.File("folder")};
+  for (const std::string& picture : pictures) {
     tpl.Page("BackgroundBmp", picture);
     const Outcome o = RenderMenuInChild(tpl.path());
     ASSERT_TRUE(o.exited) << picture << " hung or crashed";
