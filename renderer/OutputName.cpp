@@ -20,7 +20,8 @@ OutputName ResolveOutput(const TemplateFile& file, const char* key, const char* 
 Status RecordOutput(const std::string& templatePath, const char* key, const OutputName& name) {
   if (name.toRecord.empty()) return Status::kOk;
   if (!WritePrivateProfileStringA("Background", key, name.toRecord.c_str(), templatePath.c_str())) {
-    return Fail(Status::kRecordFailed, std::string("cannot record ") + key + " in template " + templatePath);
+    return Fail(Status::kRecordFailed,
+                std::string("cannot record ") + key + " in template " + templatePath);
   }
   return Status::kOk;
 }

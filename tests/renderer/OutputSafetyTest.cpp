@@ -36,8 +36,9 @@ class OutputSafety : public ::testing::Test {
   // Renders with the library named and returns its reason; expects a refusal when `refused`.
   std::string Render(bool mask, bool refused) {
     const int result = mask ? CreateMaskMenuBmp(tpl.path()) : CreateMenuBmp(tpl.path());
-    EXPECT_EQ(result == 0, refused) << (mask ? TolvexMenuMaskLastError() : TolvexMenuBmpLastError());
-    return mask ? TolvexMenuMaskLastError() : TolvexMenuBmpLastError();
+    const std::string reason = mask ? TolvexMenuMaskLastError() : TolvexMenuBmpLastError();
+    EXPECT_EQ(result == 0, refused) << reason;
+    return reason;
   }
   std::vector<std::string> Names() const {
     std::vector<std::string> names;
