@@ -14,12 +14,13 @@ namespace {
 
 const std::u16string_view kCrLf = u"\r\n";
 
-std::u16string Folded(std::u16string_view name) {
-  std::u16string folded(name);
+std::u16string Folded(std::u16string folded) {
   for (char16_t& unit : folded)
     if (unit >= 'A' && unit <= 'Z') unit = static_cast<char16_t>(unit + ('a' - 'A'));
   return folded;
 }
+
+std::u16string Folded(std::u16string_view name) { return Folded(std::u16string(name)); }
 
 std::u16string_view View(const std::u16string& units, UnitRange range) {
   return std::u16string_view(units).substr(range.begin, range.size());
@@ -117,8 +118,12 @@ std::string IndexedIni::Bytes() const {
   out += EncodeUnits(m_prefix, m_encoding);
   for (const Section& section : m_sections) {
     for (const Line& line : section.lines) {
-      if (m_encoding == FileEncoding::kAnsi || m_encoding == FileEncoding::kUtf8) {
-        for (char16_t unit : line.units) out.push_back(static_cast<char>(unit & 0xFF));
+      if (unitBytes == 1) {
+        // Units of one-byte encodings are bytes: copied straight, the common case.
+        size_t at = out.size();
+        out.resize(at + line.units.size());
+        char* to = out.data() + at;
+        for (char16_t unit : line.units) *to++ = static_cast<char>(unit & 0xFF);
       } else {
         out += EncodeUnits(line.units, m_encoding);
       }
