@@ -80,11 +80,16 @@ int EditDiesAt(char** args) {
   if (!edit) return 3;
   for (int i = 0; i < 100; ++i) {
     std::string key = "k" + std::to_string(i);
-    if (!WritePrivateProfileStringA("s", key.c_str(), "new", args[0])) return 1;
+    if (!WritePrivateProfileStringA("s", key.c_str(), "new", args[0])) {
+      TolvexEndProfileEdit(edit);
+      return 1;
+    }
   }
   auto primitive = static_cast<platform::Primitive>(std::atoi(args[1]));
   platform::RunBeforeNthCall(primitive, std::atoi(args[2]), [] { raise(SIGKILL); });
-  return TolvexCommitProfileEdit(edit) ? 0 : 1;
+  const bool committed = TolvexCommitProfileEdit(edit);
+  TolvexEndProfileEdit(edit);
+  return committed ? 0 : 1;
 }
 
 // poke <file> <offset> <text> <mtime-ns>: overwrites bytes of <file> in place at <offset>,
