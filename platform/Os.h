@@ -5,6 +5,7 @@
 #ifndef TOLVEX_PLATFORM_OS_H
 #define TOLVEX_PLATFORM_OS_H
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -12,9 +13,34 @@
 
 namespace tolvex::platform::os {
 
-// Reads the whole of `path` into `bytes` with one open and a read loop. kNotFound when the
-// file does not exist, kIsDirectory for a folder.
-Status ReadWholeFile(const std::string& path, std::string* bytes);
+// The largest profile file read, in bytes. Templates of a few megabytes are large; the limit
+// only stops a read of something that is no template at all from taking unbounded memory.
+inline constexpr uint64_t kMaxProfileBytes = 256ull << 20;
+
+// What proves a file unchanged since it was read: its identity, size and times, and whether
+// its file system keeps times that can be trusted for that (see posix/PosixFiles.cpp).
+struct FileStamp {
+  uint64_t device = 0;
+  uint64_t inode = 0;
+  uint64_t size = 0;
+  int64_t modifiedNs = 0;
+  int64_t changedNs = 0;
+  int64_t takenNs = 0;        // ReadWholeFile only: the system time just before it looked
+  bool timesTrusted = false;  // set by ReadWholeFile only
+  bool SameFileAs(const FileStamp& other) const {
+    return device == other.device && inode == other.inode && size == other.size &&
+           modifiedNs == other.modifiedNs && changedNs == other.changedNs;
+  }
+};
+
+// Reads the whole of `path` into `bytes` with one open and a read loop, and, when `stamp` is
+// given, stamps what was read. Only regular files are read, and without waiting for a writer
+// (a FIFO or device fails at once with kInvalidArgument); kNotFound when the file does not
+// exist, kIsDirectory for a folder, kNoSpace for a file over kMaxProfileBytes.
+Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp = nullptr);
+
+// Stamps `path` with one stat(), following links (takenNs and timesTrusted are left unset).
+Status StampFile(const std::string& path, FileStamp* stamp);
 
 // Follows symbolic links from `path` to the file they end at, which need not exist yet, so
 // that a write replaces the link's target and leaves the link in place.
@@ -36,11 +62,27 @@ Status ReplaceFile(const std::string& target, std::string_view bytes);
 // with kAccessDenied when the target is read-only.
 Status CopyFile(const std::string& source, const std::string& target, bool failIfExists);
 
+// What names one file for the edits of a thread: the folder it is in, by device and inode, and
+// its name there. Two paths with the same identity reach the same file, whatever their spelling.
+struct FileIdentity {
+  uint64_t device = 0;
+  uint64_t inode = 0;
+  std::string name;
+  bool operator==(const FileIdentity& other) const {
+    return device == other.device && inode == other.inode && name == other.name;
+  }
+};
+
+// The identity of `target` (links already resolved). The file need not exist; its folder must.
+Status IdentifyFile(const std::string& target, FileIdentity* identity);
+
 // Creates `folder` and any missing parents.
 Status CreateFolders(const std::string& folder);
 
 // An exclusive lock shared by every writer of the files of one folder, in this and in other
-// processes. Released by the destructor. See posix/PosixLock.cpp for why it is a folder lock.
+// processes. Released by the destructor. Within one thread it is re-entrant: a thread that
+// already holds a folder's lock (an edit holds it from its start to its end) takes it again at
+// once. See posix/PosixLock.cpp for why it is a folder lock and for the lock order.
 class FolderLock {
  public:
   FolderLock() = default;
@@ -48,11 +90,14 @@ class FolderLock {
   FolderLock(const FolderLock&) = delete;
   FolderLock& operator=(const FolderLock&) = delete;
 
-  // Blocks until this caller holds the lock of the folder that contains `file`.
+  // Blocks until this caller holds the lock of the folder that contains `file`. Fails instead
+  // of waiting where waiting could deadlock (see the lock order in posix/PosixLock.cpp).
   Status Acquire(const std::string& file);
 
  private:
-  int m_handle = -1;
+  bool m_held = false;
+  uint64_t m_device = 0;
+  uint64_t m_inode = 0;
 };
 
 }  // namespace tolvex::platform::os

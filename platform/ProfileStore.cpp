@@ -1,6 +1,7 @@
 // Reads and writes of profile files: path rules, then the OS seam for the bytes and the
-// parser and editor for their meaning. No cache: every call reads the file afresh, so each
-// read sees every change made by any writer.
+// parser and editor for their meaning, or the calling thread's edit of the file. Reads go
+// through the per-thread parse cache, which proves each time that the file is unchanged, so
+// every read sees every change made by any writer; writes read the file afresh under the lock.
 #include "platform/ProfileStore.h"
 
 #include <cstring>
@@ -9,31 +10,16 @@
 
 #include "platform/IniDocument.h"
 #include "platform/IniEditor.h"
-#include "platform/IniQuery.h"
 #include "platform/Os.h"
+#include "platform/ParseCache.h"
+#include "platform/ProfileEdit.h"
 #include "platform/ProfileFolder.h"
+#include "platform/StagedProfile.h"
 
 namespace tolvex::platform {
 namespace {
 
 bool IsBareName(const char* file) { return std::strpbrk(file, "/\\") == nullptr; }
-
-// The parse of the bytes this thread read last. Reads of one template come in long runs
-// (a getter of four values is five reads), and parsing costs far more than reading, so a read
-// whose file holds exactly the same bytes again reuses the parse. Every read still reads the
-// whole file and compares every byte: no change by any writer is ever missed.
-const IniDocument& Parsed(std::string bytes) {
-  struct LastParse {
-    std::string bytes;
-    std::unique_ptr<IniDocument> document;
-  };
-  thread_local LastParse last;
-  if (!last.document || last.bytes != bytes) {
-    last.document = std::make_unique<IniDocument>(bytes);
-    last.bytes = std::move(bytes);
-  }
-  return *last.document;
-}
 
 Status LockedWrite(const char* app, const char* key, const char* value,
                    const std::string& path) {
@@ -57,15 +43,8 @@ Status LockedWrite(const char* app, const char* key, const char* value,
     return os::ReplaceFile(target, "");
   }
 
-  const IniDocument& document = Parsed(bytes);
-  std::optional<std::string> changed;
-  if (!key) {
-    changed = RemoveSection(document, bytes, app);
-  } else if (!value) {
-    changed = RemoveKey(document, bytes, app, key);
-  } else {
-    changed = SetValue(document, bytes, app, key, value);
-  }
+  std::optional<std::string> changed =
+      EditProfileText(IniDocument(bytes), bytes, app, key, value);
   if (!changed) return Status::Ok();
   return os::ReplaceFile(target, *changed);
 }
@@ -86,19 +65,15 @@ Status ReadProfileString(const char* app, const char* key, const char* defaultTe
                          char* buffer, uint32_t size, const char* file, uint32_t* length) {
   *length = 0;
   if (size == 0) return Status::Ok();
-  std::string path, bytes;
-  Status status = ResolveProfilePath(file, &path);
-  if (status.ok()) status = os::ReadWholeFile(path, &bytes);
-  if (!status.ok()) bytes.clear();
-
-  const IniDocument& document = Parsed(std::move(bytes));
-  if (!app) {
-    *length = ListSectionNames(document, buffer, size);
-  } else if (!key) {
-    *length = ListKeyNames(document, app, defaultText, buffer, size);
-  } else {
-    *length = ReadValue(document, app, key, defaultText, buffer, size);
+  if (StagedProfile* staged = StagedFileFor(file)) {
+    *length = staged->Read(app, key, defaultText, buffer, size);
+    return Status::Ok();
   }
+  std::string path;
+  Status status = ResolveProfilePath(file, &path);
+  std::shared_ptr<const IndexedIni> parsed =
+      status.ok() ? ParsedFile(path, &status) : std::make_shared<const IndexedIni>();
+  *length = parsed->Read(app, key, defaultText, buffer, size);
   return status;
 }
 
@@ -107,6 +82,10 @@ Status WriteProfileString(const char* app, const char* key, const char* value,
   // The call that flushes the Windows profile cache: we have no cache, so it just succeeds.
   if (!app && !key && !value) return Status::Ok();
   if (!app) return Status::Error(StatusCode::kInvalidArgument);
+  if (StagedProfile* staged = StagedFileFor(file)) {
+    staged->Write(app, key, value);
+    return Status::Ok();
+  }
   std::string path;
   Status status = ResolveProfilePath(file, &path);
   if (!status.ok()) return status;
