@@ -210,6 +210,7 @@ TEST(AuthorCommand, RefusesBadInputWithOneClearLine) {
   TempDir dir;
   ASSERT_EQ(RunTool({"new", "ntsc.ini", "--buttons", "2"}, dir.path()).status, 0);
   ASSERT_EQ(RunTool({"new", "pal.ini", "--buttons", "1", "--pal"}, dir.path()).status, 0);
+  ASSERT_EQ(RunTool({"new", "big.ini", "--buttons", "35"}, dir.path()).status, 0);
   ASSERT_TRUE(Shell(dir.path(), "ffmpeg -v error -f lavfi -i testsrc=r=30000/1001:d=0.2 -s 64x48 a.mp4"));
   ASSERT_TRUE(Shell(dir.path(), "echo not a video > bad.mp4 && mkdir existing"));
   const struct {
@@ -225,6 +226,8 @@ TEST(AuthorCommand, RefusesBadInputWithOneClearLine) {
       {{"pal.ini", "--video", "a.mp4", "--out", "o"},
        "a.mp4: a NTSC video for PAL pages: a disc has one television standard"},
       {{"ntsc.ini", "--video", "a.mp4", "bad.mp4", "--out", "o"}, "bad.mp4: cannot read the video"},
+      {{"big.ini", "--video", "a.mp4", "--out", "o"},
+       "big.ini: 37 buttons on the page; a DVD menu takes at most 36"},
       {{"ntsc.ini", "--video", "a.mp4", "a.mp4", "--out", "existing"},
        "existing: the output folder exists (--force replaces it)"},
   };
