@@ -224,7 +224,8 @@ int RunAuthor(const AuthorOptions& options) {
   for (size_t p = 0; p < pages.size(); ++p)
     std::cout << "preview of " << pages[p].given << ": "
               << (out / "menus" / (PageName(p) + "-preview.png")).string() << "\n";
-  if (!options.iso.empty()) std::cout << "disc image: " << fs::absolute(options.iso).string() << "\n";
+  if (!options.iso.empty())
+    std::cout << "disc image: " << fs::absolute(options.iso).string() << "\n";
   return kExitOk;
 }
 

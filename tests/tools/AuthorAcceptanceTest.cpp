@@ -77,7 +77,9 @@ class Player {
   }
 
   pci_t* Pci() { return dvdnav_get_current_nav_pci(m_nav); }
-  void Select(int button) { ASSERT_EQ(dvdnav_button_select(m_nav, Pci(), button), DVDNAV_STATUS_OK); }
+  void Select(int button) {
+    ASSERT_EQ(dvdnav_button_select(m_nav, Pci(), button), DVDNAV_STATUS_OK);
+  }
   void Activate() { ASSERT_EQ(dvdnav_button_activate(m_nav, Pci()), DVDNAV_STATUS_OK); }
   int Highlight() {
     int32_t button = 0;
@@ -109,7 +111,8 @@ ToolResult AuthorDisc(const std::string& dir) {
                        ExamplePicture("background.png")},
                       dir).status, 0);
   }
-  std::vector<std::string> args = {"author", "page3.ini", "page2.ini", "--out", "disc", "--video"};
+  std::vector<std::string> args = {"author", "page3.ini", "page2.ini", "--out", "disc",
+                                   "--iso", "disc.iso", "--video"};
   for (int n = 1; n <= 5; ++n) {
     const std::string name = "v" + std::to_string(n) + (n == kReadyVideo ? ".mpg" : ".mp4");
     const std::string options = n == kReadyVideo ? "-s 720x480 -target ntsc-dvd" : "-s 160x120";
@@ -142,7 +145,8 @@ void EachNumberedButtonPlaysItsVideoAndItsEndReturnsToTheButton(Player* player) 
       player->Select(button);
       player->Activate();
       menu = player->RunToMenu();
-      EXPECT_EQ(player->TakeTitles(), std::set<int>{title}) << "page " << page << " button " << button;
+      EXPECT_EQ(player->TakeTitles(), std::set<int>{title})
+          << "page " << page << " button " << button;
       EXPECT_NEAR(player->TitleSeconds(title), kSeconds[title - 1], 0.25) << "title " << title;
       EXPECT_EQ(menu.page, page);
       EXPECT_EQ(menu.highlight, button);
@@ -204,14 +208,25 @@ TEST(AuthoredDisc, PlaysAsAPlayerNavigatesIt) {
     ASSERT_TRUE(player.ok());
     check(&player);
   }
+  // The disc image holds the same disc.
+  Player image(dir.File("disc.iso"));
+  ASSERT_TRUE(image.ok());
+  EachNumberedButtonPlaysItsVideoAndItsEndReturnsToTheButton(&image);
 }
 
 TEST(AuthorCommand, RefusesBadInputWithOneClearLine) {
   TempDir dir;
   ASSERT_EQ(RunTool({"new", "ntsc.ini", "--buttons", "2"}, dir.path()).status, 0);
   ASSERT_EQ(RunTool({"new", "pal.ini", "--buttons", "1", "--pal"}, dir.path()).status, 0);
-  ASSERT_EQ(RunTool({"new", "big.ini", "--buttons", "35"}, dir.path()).status, 0);
-  ASSERT_TRUE(Shell(dir.path(), "ffmpeg -v error -f lavfi -i testsrc=r=30000/1001:d=0.2 -s 64x48 a.mp4"));
+  std::string big = "[Background]\nNTSC=TRUE\nCurrentNumberOfButton=37\n[NumOfButton37]\n";
+  for (int i = 1; i <= 37; ++i) {
+    const std::string at = "ButtonPosition" + std::to_string(i);
+    big += at + "_left=" + std::to_string(i * 10) + "\n" + at + "_right=" +
+           std::to_string(i * 10 + 8) + "\n" + at + "_top=100\n" + at + "_bottom=120\n";
+  }
+  WriteFile(dir.File("big.ini"), big);
+  ASSERT_TRUE(
+      Shell(dir.path(), "ffmpeg -v error -f lavfi -i testsrc=r=30000/1001:d=0.2 -s 64x48 a.mp4"));
   ASSERT_TRUE(Shell(dir.path(), "echo not a video > bad.mp4 && mkdir existing"));
   const struct {
     std::vector<std::string> args;

@@ -116,10 +116,11 @@ Outcome RunProgram(const Invocation& run) {
 }
 
 std::string LastLine(const std::string& text) {
-  size_t end = text.find_last_not_of("\r\n \t");
+  const size_t end = text.find_last_not_of("\r\n \t");
   if (end == std::string::npos) return "";
-  size_t start = text.find_last_of("\r\n", end);
-  return text.substr(start == std::string::npos ? 0 : start + 1, end - (start == std::string::npos ? 0 : start + 1) + 1);
+  const size_t before = text.find_last_of("\r\n", end);
+  const size_t start = before == std::string::npos ? 0 : before + 1;
+  return text.substr(start, end - start + 1);
 }
 
 }  // namespace menutool::author
