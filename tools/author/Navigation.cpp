@@ -72,6 +72,43 @@ std::optional<size_t> ByGeometry(const std::vector<NavButton>& buttons, size_t f
   return best;
 }
 
+bool Level(const tagRECT& a, const tagRECT& b) {  // b's middle line crosses a
+  const long long middle = static_cast<long long>(b.top) + b.bottom;
+  return 2LL * a.top <= middle && middle < 2LL * a.bottom;
+}
+
+bool Aligned(const tagRECT& a, const tagRECT& b) {  // b's middle column crosses a
+  const long long middle = static_cast<long long>(b.left) + b.right;
+  return 2LL * a.left <= middle && middle < 2LL * a.right;
+}
+
+// A grid place for a button without navigation values, from the buttons with values around it:
+// the row of those level with it, and the column of those above or below it, or else the column
+// beside the nearest button of its row. None when either cannot be found or the place is taken.
+std::optional<GridPlace> Infer(const std::vector<NavButton>& buttons, size_t which) {
+  const tagRECT& me = buttons[which].rect;
+  std::optional<unsigned> row, column;
+  const NavButton* nearest = nullptr;  // the nearest button with values in the same row
+  for (const NavButton& b : buttons) {
+    if (!b.at) continue;
+    if (!row && Level(b.rect, me)) row = b.at->row;
+    if (!column && Aligned(b.rect, me)) column = b.at->column;
+    if (row && b.at->row == *row && Level(b.rect, me) &&
+        (!nearest || std::llabs(Centre(b.rect).x - Centre(me).x) <
+                         std::llabs(Centre(nearest->rect).x - Centre(me).x)))
+      nearest = &b;
+  }
+  if (!column && nearest) {
+    const bool left = Centre(me).x < Centre(nearest->rect).x;
+    if (left && nearest->at->column > 0) column = nearest->at->column - 1;
+    if (!left) column = nearest->at->column + 1;
+  }
+  if (!row || !column) return std::nullopt;
+  for (const NavButton& b : buttons)
+    if (b.at && b.at->row == *row && b.at->column == *column) return std::nullopt;
+  return GridPlace{*row, *column};
+}
+
 size_t Neighbour(const std::vector<NavButton>& buttons, size_t from, Direction d) {
   if (buttons[from].at)
     if (auto to = ByGrid(buttons, from, d)) return *to;
@@ -86,7 +123,10 @@ size_t Neighbour(const std::vector<NavButton>& buttons, size_t from, Direction d
 
 }  // namespace
 
-std::vector<Links> DeriveLinks(const std::vector<NavButton>& buttons) {
+std::vector<Links> DeriveLinks(const std::vector<NavButton>& given) {
+  std::vector<NavButton> buttons = given;
+  for (size_t i = 0; i < buttons.size(); ++i)
+    if (!given[i].at) buttons[i].at = Infer(given, i);
   std::vector<Links> links;
   for (size_t i = 0; i < buttons.size(); ++i) {
     links.push_back({Neighbour(buttons, i, kUp), Neighbour(buttons, i, kDown),

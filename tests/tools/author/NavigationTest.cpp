@@ -56,6 +56,24 @@ TEST(Navigation, WithoutGridValuesTheNearestButtonInThatDirection) {
                                           {1, 3, 0, 0}}));
 }
 
+TEST(Navigation, AButtonWithoutValuesTakesItsPlaceFromTheButtonsAroundIt) {
+  // Two wide buttons over previous and next; the first button has no values of its own. It is
+  // level with (1,2) and left of it, so it is (1,1), and the previous button (2,1) goes up to
+  // it, not to (1,2), the only other button of row 1.
+  const std::vector<NavButton> page = {{{72, 148, 351, 306}, std::nullopt},
+                                       {{368, 148, 647, 306}, GridPlace{1, 2}},
+                                       {{72, 392, 168, 432}, GridPlace{2, 1}},
+                                       {{552, 392, 648, 432}, GridPlace{2, 2}}};
+  EXPECT_EQ(Of(DeriveLinks(page)), (Table{{0, 2, 3, 1},
+                                          {1, 3, 0, 2},
+                                          {0, 2, 1, 3},
+                                          {1, 3, 2, 0}}));
+  // Above the previous button instead, it takes that button's column, and (1,2) its row.
+  std::vector<NavButton> above = page;
+  above[0].rect = {80, 148, 160, 306};
+  EXPECT_EQ(DeriveLinks(above)[2].up, 0u);
+}
+
 TEST(Navigation, StraightAheadBeatsNearerButDiagonallyOff) {
   // From button 0, button 1 is nearer but off to the side; button 2 is straight below.
   const std::vector<NavButton> page = {At(200, 0), At(300, 120), At(200, 250)};
