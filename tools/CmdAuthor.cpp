@@ -66,6 +66,11 @@ Rgb Chosen(const std::vector<unsigned>& given, Rgb otherwise) {
   return given.size() == 3 ? Rgb{given[0], given[1], given[2]} : otherwise;
 }
 
+// "an NTSC", "a PAL"
+std::string WithArticle(Standard standard) {
+  return std::string(standard == Standard::kNtsc ? "an " : "a ") + StandardName(standard);
+}
+
 std::string PageName(size_t p) { return "page" + std::to_string(p + 1); }
 
 void RunIn(const fs::path& folder, Invocation run, const std::string& what, Standard standard) {
@@ -102,8 +107,8 @@ int RunAuthor(const AuthorOptions& options) {
   for (const std::string& given : options.pages) {
     pages.push_back(ReadMenuPage(given));
     if (pages.back().standard != pages.front().standard)
-      throw ToolError(given, std::string("a ") + StandardName(pages.back().standard) +
-                                 " page among " + StandardName(pages.front().standard) +
+      throw ToolError(given, WithArticle(pages.back().standard) + " page among " +
+                                 StandardName(pages.front().standard) +
                                  " pages: a disc has one television standard");
     numbered.push_back({given, pages.back().NumberedIndexes()});
   }
@@ -113,14 +118,15 @@ int RunAuthor(const AuthorOptions& options) {
   for (const std::string& video : options.videos) {
     videos.push_back(ProbeVideo(tools.ffprobe, video));
     if (videos.back().standard && *videos.back().standard != standard)
-      throw ToolError(video, std::string("a ") + StandardName(*videos.back().standard) +
-                                 " video for " + StandardName(standard) +
+      throw ToolError(video, WithArticle(*videos.back().standard) + " video for " +
+                                 StandardName(standard) +
                                  " pages: a disc has one television standard");
   }
 
   // Built beside the output folder, which it replaces at the end.
   const fs::path stage = out.string() + ".partial";
-  fs::remove_all(stage);
+  std::error_code error;
+  fs::remove_all(stage, error);
   struct Cleanup {
     const fs::path& stage;
     bool keep = false;
@@ -129,10 +135,9 @@ int RunAuthor(const AuthorOptions& options) {
       if (!keep) fs::remove_all(stage, ignored);
     }
   } cleanup{stage};
-  std::error_code error;
-  fs::create_directories(stage / "menus", error);
-  fs::create_directories(stage / "videos", error);
-  if (error) throw ToolError(stage.string(), "cannot create: " + error.message());
+  for (const char* folder : {"menus", "videos"})
+    if (fs::create_directories(stage / folder, error); error)
+      throw ToolError(stage.string(), "cannot create: " + error.message());
 
   progress.Step("rendering the menus");
   std::vector<Rgb> frames;

@@ -239,7 +239,7 @@ TEST(AuthorCommand, RefusesBadInputWithOneClearLine) {
       {{"ntsc.ini", "pal.ini", "--video", "a.mp4", "--out", "o"},
        "pal.ini: a PAL page among NTSC pages: a disc has one television standard"},
       {{"pal.ini", "--video", "a.mp4", "--out", "o"},
-       "a.mp4: a NTSC video for PAL pages: a disc has one television standard"},
+       "a.mp4: an NTSC video for PAL pages: a disc has one television standard"},
       {{"ntsc.ini", "--video", "a.mp4", "bad.mp4", "--out", "o"}, "bad.mp4: cannot read the video"},
       {{"big.ini", "--video", "a.mp4", "--out", "o"},
        "big.ini: 37 buttons on the page; a DVD menu takes at most 36"},
