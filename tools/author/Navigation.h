@@ -31,9 +31,9 @@ struct Links {
 //  - A button without navigation values takes the row of the buttons with values level with it
 //    and the column of those above or below it (else the column beside the nearest button of
 //    its row), when both are found and the place is free.
-//  - Between two buttons that both have navigation values (given or so found), up and down go to the nearest row
-//    above or below (the nearest column within it), left and right to the nearest column of
-//    the same row.
+//  - Between two buttons that both have navigation values (given or so found), up and down go
+//    to the nearest row above or below (the nearest column within it), left and right to the
+//    nearest column of the same row.
 //  - Where that finds nothing, the nearest button whose centre lies in that direction, judged
 //    by the rectangles (distance across the direction counts double).
 //  - Left from a leftmost button goes to the button before it in list order, right from a
