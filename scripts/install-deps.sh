@@ -6,7 +6,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   libcairo2-dev libpango1.0-dev libgdk-pixbuf-2.0-dev libfontconfig-dev fonts-dejavu-core
   libcli11-dev nlohmann-json3-dev
-  dvdauthor ffmpeg
+  dvdauthor ffmpeg genisoimage libdvdnav-dev
 )
 missing=()
 for p in "${packages[@]}"; do

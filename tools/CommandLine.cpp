@@ -5,6 +5,7 @@
 #include "tools/Commands.h"
 #include "tools/Properties.h"
 #include "tools/ToolError.h"
+#include "tools/author/AuthorOptions.h"
 
 #include <CLI/CLI.hpp>
 
@@ -89,6 +90,21 @@ int RunCommandLine(int argc, char** argv) {
   cmd->add_option("WIDTH", width, "width in pixels")->required()->check(CLI::Range(1, 65535));
   cmd->add_option("HEIGHT", height, "height in pixels")->required()->check(CLI::Range(1, 65535));
   cmd->callback([&] { run = [&] { return RunResize(source, target, width, height); }; });
+
+  AuthorOptions author;
+  cmd = app.add_subcommand("author", "make a DVD-Video folder from menu pages and videos");
+  cmd->add_option("PAGE", author.pages, "menu templates, one per page, in menu order")->required();
+  cmd->add_option("--video", author.videos,
+                  "videos for the numbered buttons, in order (repeatable)")->required();
+  cmd->add_option("--out", author.out, "folder to write (VIDEO_TS and the files it is made from)")
+      ->required();
+  cmd->add_option("--iso", author.iso, "also write a DVD-Video disc image");
+  cmd->add_option("--highlight", author.highlight, "colour of a highlighted button: R G B")
+      ->expected(3)->check(CLI::Range(0, 255));
+  cmd->add_option("--select", author.select, "colour of a pressed button: R G B")
+      ->expected(3)->check(CLI::Range(0, 255));
+  cmd->add_flag("--force", author.force, "replace the output folder if it exists");
+  cmd->callback([&] { run = [&] { return RunAuthor(author); }; });
 
   try {
     app.parse(argc, argv);

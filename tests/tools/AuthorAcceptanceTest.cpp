@@ -1,0 +1,261 @@
+// author, end to end: a disc of two pages (3 and 2 numbered buttons, previous and next on both)
+// and five short generated videos, one of them DVD MPEG-2 already, played through libdvdnav as
+// a player would: buttons play their own videos, a video's end returns to its button, previous
+// and next switch pages, and the arrow keys reach every button. Also the one-line errors.
+#include "ToolRunner.h"
+
+#include "support/TempDir.h"
+
+#include <dvdnav/dvdnav.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <set>
+
+namespace tolvex::test {
+namespace {
+
+// The videos: title n lasts kSeconds[n - 1], so a played title is known by its length too.
+constexpr double kSeconds[] = {1.0, 1.5, 2.0, 2.5, 3.0};
+constexpr int kReadyVideo = 2;  // made as DVD MPEG-2, used as it is
+constexpr int kPageButtons[] = {5, 4};  // numbered buttons, then previous and next
+
+bool Shell(const std::string& folder, const std::string& command) {
+  return std::system(("cd '" + folder + "' && " + command + " >/dev/null 2>&1").c_str()) == 0;
+}
+
+// Where the player stopped: a menu page waiting for a key.
+struct Menu {
+  int page = 0;       // 1 or 2, known by its button count
+  int highlight = 0;  // the highlighted button, from 1
+};
+
+class Player {
+ public:
+  explicit Player(const std::string& folder) {
+    if (dvdnav_open(&m_nav, folder.c_str()) != DVDNAV_STATUS_OK) m_nav = nullptr;
+  }
+  ~Player() {
+    if (m_nav) dvdnav_close(m_nav);
+  }
+  bool ok() const { return m_nav != nullptr; }
+
+  // Plays on until a menu holds still, noting every title played on the way.
+  Menu RunToMenu() {
+    uint8_t block[DVD_VIDEO_LB_LEN];
+    for (int blocks = 0; blocks < 200000; ++blocks) {
+      int event = 0, length = 0;
+      if (dvdnav_get_next_block(m_nav, block, &event, &length) != DVDNAV_STATUS_OK) {
+        ADD_FAILURE() << dvdnav_err_to_string(m_nav);
+        return {};
+      }
+      if (dvdnav_is_domain_vts(m_nav)) {
+        int32_t title = 0, part = 0;
+        if (dvdnav_current_title_info(m_nav, &title, &part) == DVDNAV_STATUS_OK && title > 0)
+          m_titles.insert(title);
+      }
+      switch (event) {
+        case DVDNAV_STILL_FRAME:
+          if (dvdnav_is_domain_vtsm(m_nav) && Pci() && Pci()->hli.hl_gi.btn_ns > 0) {
+            Menu menu;
+            menu.page = Pci()->hli.hl_gi.btn_ns == kPageButtons[0] ? 1 : 2;
+            dvdnav_get_current_highlight(m_nav, &menu.highlight);
+            return menu;
+          }
+          dvdnav_still_skip(m_nav);
+          break;
+        case DVDNAV_WAIT:
+          dvdnav_wait_skip(m_nav);
+          break;
+        case DVDNAV_STOP:
+          ADD_FAILURE() << "the disc stopped";
+          return {};
+      }
+    }
+    ADD_FAILURE() << "no menu came";
+    return {};
+  }
+
+  pci_t* Pci() { return dvdnav_get_current_nav_pci(m_nav); }
+  void Select(int button) {
+    ASSERT_EQ(dvdnav_button_select(m_nav, Pci(), button), DVDNAV_STATUS_OK);
+  }
+  void Activate() { ASSERT_EQ(dvdnav_button_activate(m_nav, Pci()), DVDNAV_STATUS_OK); }
+  int Highlight() {
+    int32_t button = 0;
+    dvdnav_get_current_highlight(m_nav, &button);
+    return button;
+  }
+  dvdnav_t* nav() { return m_nav; }
+  // The titles played since the last call.
+  std::set<int> TakeTitles() { return std::move(m_titles); }
+
+  double TitleSeconds(int title) {
+    uint64_t* times = nullptr;
+    uint64_t duration = 0;
+    dvdnav_describe_title_chapters(m_nav, title, &times, &duration);
+    std::free(times);
+    return duration / 90000.0;
+  }
+
+ private:
+  dvdnav_t* m_nav = nullptr;
+  std::set<int> m_titles;
+};
+
+// Authors the disc in `dir`; returns what the tool said.
+ToolResult AuthorDisc(const std::string& dir) {
+  for (int buttons : {3, 2}) {
+    const std::string page = "page" + std::to_string(buttons) + ".ini";
+    EXPECT_EQ(RunTool({"new", page, "--buttons", std::to_string(buttons), "--background",
+                       ExamplePicture("background.png")},
+                      dir).status, 0);
+  }
+  std::vector<std::string> args = {"author", "page3.ini", "page2.ini", "--out", "disc",
+                                   "--iso", "disc.iso", "--video"};
+  for (int n = 1; n <= 5; ++n) {
+    const std::string name = "v" + std::to_string(n) + (n == kReadyVideo ? ".mpg" : ".mp4");
+    const std::string options = n == kReadyVideo ? "-s 720x480 -target ntsc-dvd" : "-s 160x120";
+    EXPECT_TRUE(Shell(dir, "ffmpeg -v error -f lavfi -i testsrc=r=30000/1001:d=" +
+                               std::to_string(kSeconds[n - 1]) + " " + options + " " + name));
+    args.push_back(name);
+  }
+  return RunTool(args, dir);
+}
+
+void SaysWhatItDidAndKeepsTheXml(const TempDir& dir, const std::string& out) {
+  EXPECT_NE(out.find("v2.mpg: DVD MPEG-2, used as it is"), std::string::npos) << out;
+  EXPECT_NE(out.find("v1.mp4: converting"), std::string::npos) << out;
+  EXPECT_NE(out.find("VIDEO_TS: " + dir.File("disc/VIDEO_TS")), std::string::npos) << out;
+  for (const char* kept : {"dvdauthor.xml", "page1-spumux.xml", "page2-spumux.xml",
+                           "menus/page1-preview.png", "menus/page2-preview.png"})
+    EXPECT_NE(ReadFile(dir.File(std::string("disc/") + kept)), "<missing>") << kept;
+}
+
+void EachNumberedButtonPlaysItsVideoAndItsEndReturnsToTheButton(Player* player) {
+  Menu menu = player->RunToMenu();
+  ASSERT_EQ(menu.page, 1);
+  EXPECT_EQ(menu.highlight, 1);
+  int title = 0;
+  for (int page = 1; page <= 2; ++page) {
+    const int numbered = kPageButtons[page - 1] - 2;
+    for (int button = 1; button <= numbered; ++button) {
+      ++title;
+      player->TakeTitles();
+      player->Select(button);
+      player->Activate();
+      menu = player->RunToMenu();
+      EXPECT_EQ(player->TakeTitles(), std::set<int>{title})
+          << "page " << page << " button " << button;
+      EXPECT_NEAR(player->TitleSeconds(title), kSeconds[title - 1], 0.25) << "title " << title;
+      EXPECT_EQ(menu.page, page);
+      EXPECT_EQ(menu.highlight, button);
+    }
+    player->Select(kPageButtons[page - 1]);  // next
+    player->Activate();
+    menu = player->RunToMenu();
+    ASSERT_EQ(menu.page, page == 1 ? 2 : 1);
+  }
+}
+
+void PreviousAndNextSwitchPagesAndWrapAround(Player* player) {
+  ASSERT_EQ(player->RunToMenu().page, 1);
+  const int expected[][3] = {// from page, button (previous or next), to page
+                             {1, 5, 2}, {2, 4, 1}, {1, 4, 2}, {2, 3, 1}};
+  for (const auto& step : expected) {
+    player->Select(step[1]);
+    player->Activate();
+    const Menu menu = player->RunToMenu();
+    EXPECT_EQ(menu.page, step[2]) << "from page " << step[0] << " button " << step[1];
+    EXPECT_TRUE(player->TakeTitles().empty());
+  }
+}
+
+void ArrowKeysReachEveryButtonFromTheFirst(Player* player) {
+  ASSERT_EQ(player->RunToMenu().page, 1);
+  for (int page = 1; page <= 2; ++page) {
+    std::set<int> reached = {1};
+    std::vector<int> todo = {1};
+    while (!todo.empty()) {
+      const int from = todo.back();
+      todo.pop_back();
+      for (auto arrow : {dvdnav_upper_button_select, dvdnav_lower_button_select,
+                         dvdnav_left_button_select, dvdnav_right_button_select}) {
+        player->Select(from);
+        ASSERT_EQ(arrow(player->nav(), player->Pci()), DVDNAV_STATUS_OK);
+        if (reached.insert(player->Highlight()).second) todo.push_back(player->Highlight());
+      }
+    }
+    std::set<int> all;
+    for (int b = 1; b <= kPageButtons[page - 1]; ++b) all.insert(b);
+    EXPECT_EQ(reached, all) << "page " << page;
+    player->Select(kPageButtons[page - 1]);  // next
+    player->Activate();
+    ASSERT_EQ(player->RunToMenu().page, page == 1 ? 2 : 1);
+  }
+}
+
+// One disc for all checks, since authoring it is the slow part; each check plays it afresh.
+TEST(AuthoredDisc, PlaysAsAPlayerNavigatesIt) {
+  TempDir dir;
+  const ToolResult authored = AuthorDisc(dir.path());
+  ASSERT_EQ(authored.status, 0) << authored.err;
+  SaysWhatItDidAndKeepsTheXml(dir, authored.out);
+  for (auto check : {EachNumberedButtonPlaysItsVideoAndItsEndReturnsToTheButton,
+                     PreviousAndNextSwitchPagesAndWrapAround,
+                     ArrowKeysReachEveryButtonFromTheFirst}) {
+    Player player(dir.File("disc"));
+    ASSERT_TRUE(player.ok());
+    check(&player);
+  }
+  // The disc image holds the same disc.
+  Player image(dir.File("disc.iso"));
+  ASSERT_TRUE(image.ok());
+  EachNumberedButtonPlaysItsVideoAndItsEndReturnsToTheButton(&image);
+}
+
+TEST(AuthorCommand, RefusesBadInputWithOneClearLine) {
+  TempDir dir;
+  ASSERT_EQ(RunTool({"new", "ntsc.ini", "--buttons", "2"}, dir.path()).status, 0);
+  ASSERT_EQ(RunTool({"new", "pal.ini", "--buttons", "1", "--pal"}, dir.path()).status, 0);
+  std::string big = "[Background]\nNTSC=TRUE\nCurrentNumberOfButton=37\n[NumOfButton37]\n";
+  for (int i = 1; i <= 37; ++i) {
+    const std::string at = "ButtonPosition" + std::to_string(i);
+    big += at + "_left=" + std::to_string(i * 10) + "\n" + at + "_right=" +
+           std::to_string(i * 10 + 8) + "\n" + at + "_top=100\n" + at + "_bottom=120\n";
+  }
+  WriteFile(dir.File("big.ini"), big);
+  ASSERT_TRUE(
+      Shell(dir.path(), "ffmpeg -v error -f lavfi -i testsrc=r=30000/1001:d=0.2 -s 64x48 a.mp4"));
+  ASSERT_TRUE(Shell(dir.path(), "echo not a video > bad.mp4 && mkdir existing"));
+  const struct {
+    std::vector<std::string> args;
+    std::string message;
+  } cases[] = {
+      {{"ntsc.ini", "--video", "a.mp4", "--out", "o"},
+       "1 video for 2 numbered buttons: no video for ntsc.ini button 2"},
+      {{"ntsc.ini", "--video", "a.mp4", "a.mp4", "a.mp4", "--out", "o"},
+       "3 videos for 2 numbered buttons: left over: a.mp4"},
+      {{"ntsc.ini", "pal.ini", "--video", "a.mp4", "--out", "o"},
+       "pal.ini: a PAL page among NTSC pages: a disc has one television standard"},
+      {{"pal.ini", "--video", "a.mp4", "--out", "o"},
+       "a.mp4: an NTSC video for PAL pages: a disc has one television standard"},
+      {{"ntsc.ini", "--video", "a.mp4", "bad.mp4", "--out", "o"}, "bad.mp4: cannot read the video"},
+      {{"big.ini", "--video", "a.mp4", "--out", "o"},
+       "big.ini: 37 buttons on the page; a DVD menu takes at most 36"},
+      {{"ntsc.ini", "--video", "a.mp4", "a.mp4", "--out", "existing"},
+       "existing: the output folder exists (--force replaces it)"},
+  };
+  for (const auto& c : cases) {
+    std::vector<std::string> args = {"author"};
+    args.insert(args.end(), c.args.begin(), c.args.end());
+    const ToolResult result = RunTool(args, dir.path());
+    EXPECT_EQ(result.status, 2) << c.message;
+    EXPECT_EQ(result.err.rfind("menutemplate: " + c.message, 0), 0u) << result.err;
+    EXPECT_EQ(result.err.find('\n'), result.err.size() - 1) << result.err;
+  }
+  EXPECT_EQ(ReadFile(dir.File("o")), "<missing>");
+}
+
+}  // namespace
+}  // namespace tolvex::test

@@ -1,0 +1,57 @@
+#include "tools/author/Assignment.h"
+#include "tools/author/Colours.h"
+
+#include "tools/ToolError.h"
+
+#include <gtest/gtest.h>
+
+namespace menutool::author {
+namespace {
+
+std::string ErrorOf(const std::vector<PageButtons>& pages, const std::vector<std::string>& videos) {
+  try {
+    AssignVideos(pages, videos);
+  } catch (const ToolError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(Assignment, VideosGoToThePagesButtonsInOrder) {
+  const std::vector<PageButtons> pages = {{"a.ini", {1, 2, 5}}, {"b.ini", {}}, {"c.ini", {0, 7}}};
+  const std::vector<Assignment> got = AssignVideos(pages, {"1", "2", "3", "4", "5"});
+  ASSERT_EQ(got.size(), 5u);
+  const size_t expected[][3] = {{0, 0, 0}, {0, 1, 1}, {0, 2, 2}, {2, 0, 3}, {2, 1, 4}};
+  for (size_t i = 0; i < got.size(); ++i) {
+    EXPECT_EQ(got[i].page, expected[i][0]) << i;
+    EXPECT_EQ(got[i].button, expected[i][1]) << i;
+    EXPECT_EQ(got[i].video, expected[i][2]) << i;
+  }
+}
+
+TEST(Assignment, ACountMismatchNamesWhatIsMissingOrLeftOver) {
+  const std::vector<PageButtons> pages = {{"a.ini", {1, 2}}, {"b.ini", {3, 4}}};
+  EXPECT_EQ(ErrorOf(pages, {"x.mp4"}),
+            "1 video for 4 numbered buttons: no video for a.ini button 2, b.ini button 3 4");
+  EXPECT_EQ(ErrorOf(pages, {"1", "2", "3", "4", "5.mp4", "6.mp4"}),
+            "6 videos for 4 numbered buttons: left over: 5.mp4 6.mp4");
+  EXPECT_EQ(ErrorOf({{"a.ini", {}}}, {"x.mp4"}),
+            "1 video for 0 numbered buttons: left over: x.mp4");
+}
+
+TEST(Colours, DefaultsStandOutFromTheFramesAndFromEachOther) {
+  // The preferred cyan and yellow are taken by frames: the highlight is neither.
+  const ButtonColours chosen = ChooseColours({{0, 220, 255}, {255, 204, 0}});
+  const auto far = [](Rgb a, Rgb b) {
+    return std::abs(int(a.r) - int(b.r)) + std::abs(int(a.g) - int(b.g)) +
+               std::abs(int(a.b) - int(b.b)) > 200;
+  };
+  for (Rgb frame : {Rgb{0, 220, 255}, Rgb{255, 204, 0}}) {
+    EXPECT_TRUE(far(chosen.highlight, frame));
+    EXPECT_TRUE(far(chosen.select, frame));
+  }
+  EXPECT_TRUE(far(chosen.highlight, chosen.select));
+}
+
+}  // namespace
+}  // namespace menutool::author

@@ -1,0 +1,25 @@
+// The options of `menutemplate author`, as the command line gives them.
+#ifndef TOLVEX_TOOLS_AUTHOR_AUTHOROPTIONS_H
+#define TOLVEX_TOOLS_AUTHOR_AUTHOROPTIONS_H
+
+#include <string>
+#include <vector>
+
+namespace menutool {
+
+struct AuthorOptions {
+  std::vector<std::string> pages;
+  std::vector<std::string> videos;
+  std::string out;
+  std::string iso;                   // empty: no disc image
+  std::vector<unsigned> highlight;   // R G B, or empty for the default
+  std::vector<unsigned> select;      // R G B, or empty for the default
+  bool force = false;
+};
+
+// Builds the disc; returns the exit status or throws ToolError.
+int RunAuthor(const AuthorOptions& options);
+
+}  // namespace menutool
+
+#endif  // TOLVEX_TOOLS_AUTHOR_AUTHOROPTIONS_H

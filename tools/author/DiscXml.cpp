@@ -1,0 +1,109 @@
+// Writing the spumux and dvdauthor XML (see DiscXml.h).
+#include "tools/author/DiscXml.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace menutool::author {
+namespace {
+
+std::string Escaped(const std::string& text) {
+  std::string out;
+  for (char c : text) {
+    switch (c) {
+      case '&': out += "&amp;"; break;
+      case '<': out += "&lt;"; break;
+      case '>': out += "&gt;"; break;
+      case '"': out += "&quot;"; break;
+      default: out += c;
+    }
+  }
+  return out;
+}
+
+std::string Name(size_t position) { return "b" + std::to_string(position + 1); }
+
+// The value of SPRM 8 that highlights button `number` (1-based).
+std::string Highlight(size_t number) { return std::to_string(std::max<size_t>(number, 1) * 1024); }
+
+// Commands that show page `to` (0-based) with button `number` highlighted.
+std::string GoToPage(size_t to, size_t number) {
+  return "g0 = " + std::to_string(to + 1) + "; g1 = " + Highlight(number) + "; jump menu " +
+         std::to_string(to + 1) + ";";
+}
+
+}  // namespace
+
+std::string SpumuxXml(const MenuPage& page, const std::vector<Links>& links, int height,
+                      const std::string& highlight, const std::string& select) {
+  std::ostringstream xml;
+  xml << "<subpictures>\n <stream>\n  <spu force=\"yes\" start=\"00:00:00.00\" highlight=\""
+      << Escaped(highlight) << "\" select=\"" << Escaped(select) << "\">\n";
+  for (size_t i = 0; i < page.buttons.size(); ++i) {
+    const tagRECT& r = page.buttons[i].nav.rect;
+    // Subpicture buttons start and end on even lines: the top goes up, the bottom down.
+    const int top = std::max(0, static_cast<int>(r.top) & ~1);
+    const int bottom = std::min(height, (static_cast<int>(r.bottom) + 1) & ~1);
+    xml << "   <button name=\"" << Name(i) << "\" x0=\"" << std::max(0, static_cast<int>(r.left))
+        << "\" y0=\"" << top << "\" x1=\"" << std::min(720, static_cast<int>(r.right))
+        << "\" y1=\"" << bottom << "\" up=\"" << Name(links[i].up) << "\" down=\""
+        << Name(links[i].down) << "\" left=\"" << Name(links[i].left) << "\" right=\""
+        << Name(links[i].right) << "\"/>\n";
+  }
+  xml << "  </spu>\n </stream>\n</subpictures>\n";
+  return xml.str();
+}
+
+std::string DvdauthorXml(const std::vector<MenuPage>& pages,
+                         const std::vector<Assignment>& assignments, Standard standard,
+                         const DiscFiles& files, const std::string& dest) {
+  const std::string format = standard == Standard::kNtsc ? "ntsc" : "pal";
+  const size_t n = pages.size();
+  std::ostringstream xml;
+  xml << "<dvdauthor dest=\"" << Escaped(dest) << "\">\n"
+      << " <vmgm>\n  <fpc>g0 = 1; g1 = 1024; jump titleset 1 menu;</fpc>\n </vmgm>\n"
+      << " <titleset>\n  <menus>\n   <video format=\"" << format << "\" aspect=\"4:3\"/>\n";
+  for (size_t p = 0; p < n; ++p) {
+    const MenuPage& page = pages[p];
+    xml << "   <pgc" << (p == 0 ? " entry=\"root\"" : "") << ">\n    <pre>";
+    if (p == 0)
+      for (size_t other = 1; other < n; ++other)
+        xml << "if (g0 == " << other + 1 << ") jump menu " << other + 1 << "; ";
+    xml << "button = g1;</pre>\n    <vob file=\"" << Escaped(files.menus[p])
+        << "\" pause=\"inf\"/>\n";
+    for (size_t b = 0; b < page.buttons.size(); ++b) {
+      std::string command;
+      switch (page.buttons[b].kind) {
+        case ButtonKind::kNumbered: {
+          // The numbered buttons come first, so b is also the position among them.
+          size_t title = 0;
+          for (const Assignment& a : assignments)
+            if (a.page == p && a.button == b) title = a.video + 1;
+          command = "g0 = " + std::to_string(p + 1) + "; g1 = " + Highlight(b + 1) +
+                    "; jump title " + std::to_string(title) + ";";
+          break;
+        }
+        case ButtonKind::kPrevious: {
+          const size_t to = (p + n - 1) % n;
+          command = GoToPage(to, pages[to].NumberOf(ButtonKind::kPrevious));
+          break;
+        }
+        case ButtonKind::kNext: {
+          const size_t to = (p + 1) % n;
+          command = GoToPage(to, pages[to].NumberOf(ButtonKind::kNext));
+          break;
+        }
+      }
+      xml << "    <button name=\"" << Name(b) << "\">{ " << command << " }</button>\n";
+    }
+    xml << "   </pgc>\n";
+  }
+  xml << "  </menus>\n  <titles>\n   <video format=\"" << format << "\"/>\n";
+  for (const std::string& video : files.videos)
+    xml << "   <pgc>\n    <vob file=\"" << Escaped(video)
+        << "\"/>\n    <post>call menu entry root;</post>\n   </pgc>\n";
+  xml << "  </titles>\n </titleset>\n</dvdauthor>\n";
+  return xml.str();
+}
+
+}  // namespace menutool::author

@@ -1,0 +1,37 @@
+// The two XML files that spumux and dvdauthor take, written as text the user can read and
+// adjust: one spumux file per menu page (its buttons, their even-line rectangles and arrow
+// links), and the dvdauthor file of the whole disc (the pages as titleset menus, the videos as
+// titles, and the button and end-of-video commands that tie them together).
+#ifndef TOLVEX_TOOLS_AUTHOR_DISCXML_H
+#define TOLVEX_TOOLS_AUTHOR_DISCXML_H
+
+#include "tools/author/Assignment.h"
+#include "tools/author/MenuPage.h"
+
+#include <string>
+#include <vector>
+
+namespace menutool::author {
+
+// spumux's description of `page`: buttons "b1".."bN" in page order with `links`, on a picture
+// `height` lines high, highlighted with the pictures `highlight` and `select`.
+std::string SpumuxXml(const MenuPage& page, const std::vector<Links>& links, int height,
+                      const std::string& highlight, const std::string& select);
+
+struct DiscFiles {
+  std::vector<std::string> menus;   // the menu video with subpictures of each page
+  std::vector<std::string> videos;  // the video of each title
+};
+
+// dvdauthor's description of the disc, writing into `dest`. The first play sets the page
+// register g0 to 1 and the button register g1 to the first button and enters page 1, the
+// titleset's root menu; the root menu sends on to page g0, and every page highlights button g1
+// when it starts. A numbered button stores its page and button and plays its title, whose end
+// calls the root menu back; previous and next store the page they go to.
+std::string DvdauthorXml(const std::vector<MenuPage>& pages,
+                         const std::vector<Assignment>& assignments, Standard standard,
+                         const DiscFiles& files, const std::string& dest);
+
+}  // namespace menutool::author
+
+#endif  // TOLVEX_TOOLS_AUTHOR_DISCXML_H

@@ -1,0 +1,178 @@
+// Reading and rendering one menu page (see MenuPage.h).
+#include "tools/author/MenuPage.h"
+
+#include "tools/Properties.h"
+#include "tools/RawProfile.h"
+#include "tools/TemplateCopy.h"
+#include "tools/TemplatePath.h"
+#include "tools/ToolError.h"
+
+#include <tolvex/MenuTemplate.h>
+
+#include <gdk-pixbuf/gdk-pixbuf.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+#include <set>
+
+namespace menutool::author {
+namespace {
+
+namespace fs = std::filesystem;
+
+tagRECT Normal(const tagRECT& r) {
+  return {std::min(r.left, r.right), std::min(r.top, r.bottom), std::max(r.left, r.right),
+          std::max(r.top, r.bottom)};
+}
+
+std::optional<Rgb> Colour(int found, unsigned r, unsigned g, unsigned b) {
+  if (!found) return std::nullopt;
+  return Rgb{r, g, b};
+}
+
+// Picture names in the scratch copy made absolute, since the copy lives in another folder.
+class Absolute {
+ public:
+  Absolute(const TemplatePath& original, CMenuTemplate* menu) : m_path(original), m_menu(menu) {}
+  template <class Get, class Set, class... Where>
+  void operator()(Get get, Set set, Where... where) {
+    CString name;
+    if (!(m_menu->*get)(where..., &name) || name.GetLength() == 0) return;
+    const std::string full = fs::absolute(m_path.Resolve(name.GetString())).string();
+    if (!(m_menu->*set)(where..., CString(full.c_str())))
+      throw ToolError(m_path.given(), "cannot prepare the template for rendering");
+  }
+
+ private:
+  const TemplatePath& m_path;
+  CMenuTemplate* m_menu;
+};
+
+struct PixbufFree {
+  void operator()(GdkPixbuf* p) const { g_object_unref(p); }
+};
+using Pixbuf = std::unique_ptr<GdkPixbuf, PixbufFree>;
+
+}  // namespace
+
+std::vector<unsigned> MenuPage::NumberedIndexes() const {
+  std::vector<unsigned> indexes;
+  for (const PageButton& b : buttons)
+    if (b.kind == ButtonKind::kNumbered) indexes.push_back(b.index);
+  return indexes;
+}
+
+size_t MenuPage::NumberOf(ButtonKind kind) const {
+  for (size_t i = 0; i < buttons.size(); ++i)
+    if (buttons[i].kind == kind) return i + 1;
+  return 0;
+}
+
+MenuPage ReadMenuPage(const std::string& given) {
+  TemplatePath path(given);
+  path.RequireReadable();
+  ScratchCopy scratch(path);
+  CMenuTemplate menu{CString(scratch.path().c_str())};
+  MenuPage page;
+  page.given = given;
+  int ntsc = 0;  // the renderer draws PAL when the mode is missing
+  menu.GetTemplateMode(&ntsc);
+  page.standard = ntsc ? Standard::kNtsc : Standard::kPal;
+  CString music;
+  if (menu.GetMusicFileName(&music) && music.GetLength() > 0)
+    page.music = fs::absolute(path.Resolve(music.GetString())).string();
+
+  // The numbered buttons the renderer draws: every index of the current layout with a position.
+  unsigned count = 0;
+  if (menu.GetCurrentNumOfButtons(&count)) {
+    std::set<unsigned> indexes;
+    for (const std::string& key :
+         KeyNames(scratch.path(), "NumOfButton" + std::to_string(static_cast<int>(count))))
+      if (auto index = ButtonIndexOfKey(key)) indexes.insert(*index);
+    for (unsigned index : indexes) {
+      PageButton button{ButtonKind::kNumbered, index, {}, std::nullopt};
+      if (!menu.GetBtnPosition(index, &button.nav.rect)) continue;
+      button.nav.rect = Normal(button.nav.rect);
+      unsigned r = 0, c = 0, red = 0, green = 0, blue = 0;
+      if (menu.GetBtnNavInfo(index, &r, &c)) button.nav.at = GridPlace{r, c};
+      button.frame = Colour(menu.GetBtnFrameRGB(index, &red, &green, &blue), red, green, blue);
+      page.buttons.push_back(button);
+    }
+  }
+  for (unsigned nav : {0u, 1u}) {
+    int enabled = 0;
+    if (!(nav ? menu.GetAddNextButton(&enabled) : menu.GetAddPrevButton(&enabled)) || !enabled)
+      continue;
+    PageButton button{nav ? ButtonKind::kNext : ButtonKind::kPrevious, nav, {}, std::nullopt};
+    if (!menu.GetNavBtnPosition(nav, &button.nav.rect)) continue;
+    button.nav.rect = Normal(button.nav.rect);
+    unsigned r = 0, c = 0, red = 0, green = 0, blue = 0;
+    if (menu.GetNavInfo(nav, &r, &c)) button.nav.at = GridPlace{r, c};
+    button.frame = Colour(menu.GetNavBtnFrameRGB(nav, &red, &green, &blue), red, green, blue);
+    page.buttons.push_back(button);
+  }
+  if (page.buttons.size() > kMaxButtons)
+    throw ToolError(given, std::to_string(page.buttons.size()) + " buttons on the page; a DVD menu "
+                           "takes at most " + std::to_string(kMaxButtons));
+  return page;
+}
+
+void RenderMenuPage(const MenuPage& page, const std::string& picture, const std::string& mask) {
+  TemplatePath path(page.given);
+  ScratchCopy scratch(path);
+  CMenuTemplate menu{CString(scratch.path().c_str())};
+  using C = CMenuTemplate;
+  Absolute absolute(path, &menu);
+  absolute(&C::GetFileName, &C::SetBkBMPFileName);
+  for (unsigned nav : {0u, 1u}) {
+    absolute(&C::GetNavBtnFrameBMP, &C::SetNavBtnFrameBMP, nav);
+    absolute(&C::GetNavBtnBMPFile, &C::SetNavBtnBMPFile, nav);
+  }
+  for (const PageButton& button : page.buttons) {
+    if (button.kind != ButtonKind::kNumbered) continue;
+    absolute(&C::GetBtnFrameBMP, &C::SetBtnFrameBMP, button.index);
+    absolute(&C::GetBtnBMP, &C::SetBtnBMP, button.index);
+  }
+  if (!menu.SetOutputBMPFile(CString(picture.c_str())) ||
+      !menu.SetOutMaskFile(CString(mask.c_str())))
+    throw ToolError(page.given, "cannot prepare the template for rendering");
+  if (menu.CreateMenuBMP().GetLength() == 0)
+    throw ToolError(page.given, "the menu picture could not be rendered");
+  if (menu.CreateMaskBMP().GetLength() == 0)
+    throw ToolError(page.given, "the mask could not be rendered");
+}
+
+void WriteButtonPicture(const std::string& mask, Rgb colour, const std::string& png) {
+  GError* error = nullptr;
+  Pixbuf in(gdk_pixbuf_new_from_file(mask.c_str(), &error));
+  if (!in) {
+    if (error) g_error_free(error);
+    throw ToolError(mask, "cannot read the mask");
+  }
+  const int w = gdk_pixbuf_get_width(in.get()), h = gdk_pixbuf_get_height(in.get());
+  const int channels = gdk_pixbuf_get_n_channels(in.get());
+  const int stride = gdk_pixbuf_get_rowstride(in.get());
+  const guchar* pixels = gdk_pixbuf_read_pixels(in.get());
+  Pixbuf out(gdk_pixbuf_new(GDK_COLORSPACE_RGB, TRUE, 8, w, h));
+  if (!out) throw ToolError(png, "out of memory");
+  guchar* target = gdk_pixbuf_get_pixels(out.get());
+  const int outStride = gdk_pixbuf_get_rowstride(out.get());
+  for (int y = 0; y < h; ++y)
+    for (int x = 0; x < w; ++x) {
+      const guchar* p = pixels + y * stride + x * channels;
+      guchar* q = target + y * outStride + x * 4;
+      const bool marked = p[0] > 127 || p[1] > 127 || p[2] > 127;
+      q[0] = static_cast<guchar>(colour.r);
+      q[1] = static_cast<guchar>(colour.g);
+      q[2] = static_cast<guchar>(colour.b);
+      q[3] = marked ? 255 : 0;
+    }
+  if (!gdk_pixbuf_save(out.get(), png.c_str(), "png", &error, nullptr)) {
+    std::string why = error ? error->message : "cannot write";
+    if (error) g_error_free(error);
+    throw ToolError(png, why);
+  }
+}
+
+}  // namespace menutool::author
