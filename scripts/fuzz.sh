@@ -47,7 +47,7 @@ for target in "${targets[@]}"; do
   if "$build/fuzz/${target}_fuzzer" -max_total_time="$seconds" -print_final_stats=1 \
       -artifact_prefix="$build/artifacts/$target/" "${options[@]}" \
       "$build/corpus/$target" "$build/seeds/$target" >"$log" 2>&1; then
-    grep -E "^#[0-9]+ +DONE|^stat::(number_of_executed_units|peak_rss_mb)" "$log" || true
+    grep -E "^#[0-9]+[[:space:]]+DONE|^stat::(number_of_executed_units|peak_rss_mb)" "$log" || true
   else
     tail -n 60 "$log"
     failed+=("$target")
