@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that building and testing need. Skips apt when all are present.
+# Installs the Debian packages that building, testing and fuzzing need. Skips apt when all
+# are present.
 set -euo pipefail
 packages=(
   build-essential cmake pkg-config
@@ -7,6 +8,7 @@ packages=(
   libcairo2-dev libpango1.0-dev libgdk-pixbuf-2.0-dev libfontconfig-dev fonts-dejavu-core
   libcli11-dev nlohmann-json3-dev
   dvdauthor ffmpeg genisoimage libdvdnav-dev
+  clang libclang-rt-dev
 )
 missing=()
 for p in "${packages[@]}"; do

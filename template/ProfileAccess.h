@@ -72,7 +72,7 @@ class KeyTarget {
   template <std::size_t N, typename... T>
   int Read(const KeyFamily<N>& family, T*... outs) const {
     static_assert(sizeof...(T) == N, "one out-parameter per key");
-    if (((outs == nullptr) || ...)) return 0;
+    if ((false || ... || (outs == nullptr))) return 0;
     if (m_state != State::Ready) return m_state == State::Inert;
     return ReadAll(family, std::index_sequence_for<T...>{}, outs...);
   }
@@ -82,7 +82,7 @@ class KeyTarget {
   template <std::size_t N, typename... T>
   int ReadEach(const KeyFamily<N>& family, T*... outs) const {
     static_assert(sizeof...(T) == N, "one out-parameter per key");
-    if (((outs == nullptr) || ...)) return 0;
+    if ((false || ... || (outs == nullptr))) return 0;
     if (m_state != State::Ready) return m_state == State::Inert;
     return ReadEachOf(family, std::index_sequence_for<T...>{}, outs...);
   }
