@@ -39,11 +39,16 @@ std::vector<ButtonReading> ReadButtons(CMenuTemplate& menu, const std::string& p
     if (auto index = ButtonIndexOfKey(key)) indexes.insert(*index);
   std::vector<ButtonReading> buttons;
   for (unsigned index : indexes)
-    buttons.push_back({index, ReadScope(menu, Scope::kButton, index)});
+    buttons.push_back({index, ButtonNumber(index), ReadScope(menu, Scope::kButton, index)});
   return buttons;
 }
 
 }  // namespace
+
+std::string ButtonReading::Name() const {
+  if (number) return "button " + std::to_string(*number);
+  return "library index " + std::to_string(static_cast<int32_t>(index));
+}
 
 const Reading* ButtonReading::Find(const std::string& name) const {
   return FindIn(properties, name);

@@ -5,6 +5,7 @@
 #ifndef TOLVEX_TOOLS_PAGEREADER_H
 #define TOLVEX_TOOLS_PAGEREADER_H
 
+#include "tools/ButtonNumber.h"
 #include "tools/Properties.h"
 #include "tools/TemplatePath.h"
 
@@ -21,11 +22,13 @@ struct Reading {
   Values values;
 };
 
-// A button that its layout section has keys for; the index base (0 or 1) is the
-// application's choice.
+// A button that its layout section has keys for, at any library index.
 struct ButtonReading {
-  unsigned index;
+  unsigned index;                   // the library's index
+  std::optional<unsigned> number;   // the tool's button number, when the index has one
   std::vector<Reading> properties;  // every button.* property, in table order
+  // "button 3", or "library index 1" for an index without a button number.
+  std::string Name() const;
   // The reading of `name` ("button.rect"), or nullptr when it was not found.
   const Reading* Find(const std::string& name) const;
 };

@@ -38,11 +38,23 @@ std::optional<long long> ParseFlag(const std::string& word, std::string* why) {
 
 }  // namespace
 
+const char kNotOneLine[] = "a line break (CR or LF) or NUL character cannot be part of a value";
+
+bool IsOneLine(const std::string& text) {
+  return text.find_first_of(std::string("\r\n\0", 3)) == std::string::npos;
+}
+
 std::optional<Value> ParseValue(Kind kind, const std::string& word, std::string* why) {
   Value value;
   std::optional<long long> number;
   switch (kind) {
     case Kind::kText:
+      // The library writes a value as one line of the file, as Windows does: a line break
+      // would end the value there and make the rest a key of its own.
+      if (!IsOneLine(word)) {
+        *why = kNotOneLine;
+        return std::nullopt;
+      }
       value.text = word;
       return value;
     case Kind::kInt:
