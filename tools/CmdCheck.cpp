@@ -31,16 +31,18 @@ enum class Severity { kWarning, kError };
 
 class Report {
  public:
-  explicit Report(const std::string& file) : m_file(file) {}
+  Report(const std::string& file, std::ostream& out) : m_file(file), m_out(out) {}
   void Add(Severity severity, const std::string& where, const std::string& what) {
     (severity == Severity::kError ? m_errors : m_warnings)++;
-    std::cout << m_file << ": " << (severity == Severity::kError ? "error" : "warning") << ": "
+    m_out << m_file << ": " << (severity == Severity::kError ? "error" : "warning") << ": "
               << (where.empty() ? "" : where + ": ") << what << "\n";
   }
   int Status() const { return m_errors ? kExitError : m_warnings ? kExitMissing : kExitOk; }
+  int errors() const { return m_errors; }
 
  private:
   std::string m_file;
+  std::ostream& m_out;
   int m_errors = 0;
   int m_warnings = 0;
 };
@@ -388,14 +390,20 @@ class Checker {
 
 }  // namespace
 
-int RunCheck(const std::string& file) {
+int CheckTemplate(const std::string& file, std::ostream& out, int* errors) {
   TemplatePath path(file);
   ScratchCopy scratch(path);
   PageReading page = ReadPage(scratch.path());
-  Report report(file);
+  Report report(file, out);
   Checker(path, page, &report).Run();
-  if (report.Status() == kExitOk) std::cout << file << ": no problems found\n";
+  if (errors) *errors = report.errors();
   return report.Status();
+}
+
+int RunCheck(const std::string& file) {
+  int status = CheckTemplate(file, std::cout, nullptr);
+  if (status == kExitOk) std::cout << file << ": no problems found\n";
+  return status;
 }
 
 }  // namespace menutool

@@ -3,6 +3,7 @@
 #ifndef TOLVEX_TOOLS_COMMANDS_H
 #define TOLVEX_TOOLS_COMMANDS_H
 
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
@@ -36,7 +37,10 @@ int RunGet(const PropertyOptions& options);
 int RunSet(const PropertyOptions& options);
 int RunShow(const std::string& file, bool json);
 int RunCheck(const std::string& file);
-int RunRender(const std::string& file, const std::string& preview);
+// check's findings on `out`, one line each; returns check's exit status and, in `errors`, how
+// many findings were errors. For render, which refuses a page with errors.
+int CheckTemplate(const std::string& file, std::ostream& out, int* errors);
+int RunRender(const std::string& file, const std::string& preview, bool force);
 int RunResize(const std::string& source, const std::string& target, unsigned width,
               unsigned height);
 

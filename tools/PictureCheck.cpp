@@ -56,10 +56,18 @@ int OpenInput(const std::string& path, struct stat* st, std::string* why) {
 struct Claimed {
   int width = 0;
   int height = 0;
+  long long rows = 0;  // rows decoded so far (an interlaced picture counts some twice)
 };
 
 void OnSizePrepared(GdkPixbufLoader*, int width, int height, gpointer data) {
-  *static_cast<Claimed*>(data) = Claimed{width, height};
+  auto* claimed = static_cast<Claimed*>(data);
+  claimed->width = width;
+  claimed->height = height;
+}
+
+// A decoder may end a picture that stops early without an error; the rows it delivered tell.
+void OnAreaUpdated(GdkPixbufLoader*, int, int, int, int height, gpointer data) {
+  static_cast<Claimed*>(data)->rows += height;
 }
 
 }  // namespace
@@ -74,31 +82,38 @@ std::optional<std::string> PictureProblem(const std::string& path) {
     return "is " + SizeText(st.st_size) + ", more than the " + SizeText(kMaxPictureBytes) +
            " a picture may have";
   }
-  // Fed to the decoder piece by piece, so that a header claiming an absurd size is caught
-  // before the pixels are decoded.
-  GdkPixbufLoader* loader = gdk_pixbuf_loader_new();
+  // The size the header claims, read through the descriptor already checked to be a regular
+  // file (its /proc name reopens that very file).
   Claimed claimed;
+  const std::string opened = "/proc/self/fd/" + std::to_string(fd);
+  if (gdk_pixbuf_get_file_info(opened.c_str(), &claimed.width, &claimed.height) &&
+      static_cast<long long>(claimed.width) * claimed.height > kMaxPicturePixels) {
+    close(fd);
+    return "claims " + std::to_string(claimed.width) + "x" + std::to_string(claimed.height) +
+           " pixels, more than a picture may have";
+  }
+  claimed = Claimed{};
+  // Fed to the decoder piece by piece; a header claiming an absurd size that the probe above
+  // missed is still caught before the pixels are decoded.
+  GdkPixbufLoader* loader = gdk_pixbuf_loader_new();
   g_signal_connect(loader, "size-prepared", G_CALLBACK(OnSizePrepared), &claimed);
+  g_signal_connect(loader, "area-updated", G_CALLBACK(OnAreaUpdated), &claimed);
   GError* error = nullptr;
   std::vector<guchar> chunk(1 << 14);
-  bool tooLarge = false, readFailed = false, decoded = true;
+  bool tooLarge = false, decoded = true;
+  int readError = 0;
   for (;;) {
     ssize_t n = read(fd, chunk.data(), chunk.size());
     if (n < 0 && errno == EINTR) continue;
-    if (n < 0) readFailed = true;
+    if (n < 0) readError = errno;
     if (n <= 0) break;
-    if (!gdk_pixbuf_loader_write(loader, chunk.data(), static_cast<gsize>(n), &error)) {
-      decoded = false;
-      break;
-    }
-    if (static_cast<long long>(claimed.width) * claimed.height > kMaxPicturePixels) {
-      tooLarge = true;
-      break;
-    }
+    decoded = gdk_pixbuf_loader_write(loader, chunk.data(), static_cast<gsize>(n), &error);
+    tooLarge = static_cast<long long>(claimed.width) * claimed.height > kMaxPicturePixels;
+    if (!decoded || tooLarge) break;
   }
   close(fd);
   GError* closing = nullptr;
-  if (!gdk_pixbuf_loader_close(loader, decoded && !tooLarge && !readFailed ? &closing : nullptr))
+  if (!gdk_pixbuf_loader_close(loader, decoded && !tooLarge && !readError ? &closing : nullptr))
     decoded = false;
   if (!error) error = closing;
   else if (closing) g_error_free(closing);
@@ -109,11 +124,11 @@ std::optional<std::string> PictureProblem(const std::string& path) {
   if (tooLarge)
     problem = "claims " + std::to_string(claimed.width) + "x" + std::to_string(claimed.height) +
               " pixels, more than a picture may have";
-  else if (readFailed)
-    problem = std::string("cannot be read: ") + std::strerror(errno);
+  else if (readError)
+    problem = std::string("cannot be read: ") + std::strerror(readError);
   else if (error && error->domain == GDK_PIXBUF_ERROR && error->code == GDK_PIXBUF_ERROR_UNKNOWN_TYPE)
     problem = "is not a picture in a format that can be read";
-  else if (!decoded || !pixels)
+  else if (!decoded || !pixels || claimed.rows < claimed.height)
     problem = std::string("is truncated or corrupt") + (error ? std::string(": ") + error->message : "");
   if (error) g_error_free(error);
   return problem;
