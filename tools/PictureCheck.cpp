@@ -1,6 +1,10 @@
 // Looking at the files a template names (see PictureCheck.h).
 #include "tools/PictureCheck.h"
 
+#include "renderer/InputFile.h"
+#include "renderer/Picture.h"
+#include "renderer/PictureHeader.h"
+
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
 #include <fcntl.h>
@@ -13,6 +17,7 @@
 #include <vector>
 
 namespace menutool {
+namespace render = tolvex::render;
 namespace {
 
 std::string SizeText(long long bytes) {
@@ -53,21 +58,10 @@ int OpenInput(const std::string& path, struct stat* st, std::string* why) {
   return fd;
 }
 
-struct Claimed {
-  int width = 0;
-  int height = 0;
-  long long rows = 0;  // rows decoded so far (an interlaced picture counts some twice)
-};
-
-void OnSizePrepared(GdkPixbufLoader*, int width, int height, gpointer data) {
-  auto* claimed = static_cast<Claimed*>(data);
-  claimed->width = width;
-  claimed->height = height;
-}
-
-// A decoder may end a picture that stops early without an error; the rows it delivered tell.
-void OnAreaUpdated(GdkPixbufLoader*, int, int, int, int height, gpointer data) {
-  static_cast<Claimed*>(data)->rows += height;
+// A decoder may end a picture that stops early without an error; the rows it delivered tell
+// (an interlaced picture delivers some rows more than once).
+void OnAreaUpdated(GdkPixbufLoader*, int, int, int, int height, gpointer rows) {
+  *static_cast<long long*>(rows) += height;
 }
 
 }  // namespace
@@ -77,60 +71,52 @@ std::optional<std::string> PictureProblem(const std::string& path) {
   std::string why;
   int fd = OpenInput(path, &st, &why);
   if (fd < 0) return why;
-  if (st.st_size > kMaxPictureBytes) {
+  if (st.st_size > static_cast<off_t>(render::kMaxPictureBytes)) {
     close(fd);
-    return "is " + SizeText(st.st_size) + ", more than the " + SizeText(kMaxPictureBytes) +
-           " a picture may have";
+    return "is " + SizeText(st.st_size) + ", more than the " +
+           SizeText(static_cast<long long>(render::kMaxPictureBytes)) + " a picture may have";
   }
-  // The size the header claims, read through the descriptor already checked to be a regular
-  // file (its /proc name reopens that very file).
-  Claimed claimed;
-  const std::string opened = "/proc/self/fd/" + std::to_string(fd);
-  if (gdk_pixbuf_get_file_info(opened.c_str(), &claimed.width, &claimed.height) &&
-      static_cast<long long>(claimed.width) * claimed.height > kMaxPicturePixels) {
-    close(fd);
-    return "claims " + std::to_string(claimed.width) + "x" + std::to_string(claimed.height) +
-           " pixels, more than a picture may have";
-  }
-  claimed = Claimed{};
-  // Fed to the decoder piece by piece; a header claiming an absurd size that the probe above
-  // missed is still caught before the pixels are decoded.
-  GdkPixbufLoader* loader = gdk_pixbuf_loader_new();
-  g_signal_connect(loader, "size-prepared", G_CALLBACK(OnSizePrepared), &claimed);
-  g_signal_connect(loader, "area-updated", G_CALLBACK(OnAreaUpdated), &claimed);
-  GError* error = nullptr;
-  std::vector<guchar> chunk(1 << 14);
-  bool tooLarge = false, decoded = true;
+  std::string bytes;
+  std::vector<char> chunk(1 << 16);
   int readError = 0;
   for (;;) {
     ssize_t n = read(fd, chunk.data(), chunk.size());
     if (n < 0 && errno == EINTR) continue;
     if (n < 0) readError = errno;
-    if (n <= 0) break;
-    decoded = gdk_pixbuf_loader_write(loader, chunk.data(), static_cast<gsize>(n), &error);
-    tooLarge = static_cast<long long>(claimed.width) * claimed.height > kMaxPicturePixels;
-    if (!decoded || tooLarge) break;
+    if (n <= 0 || bytes.size() + static_cast<size_t>(n) > render::kMaxPictureBytes) break;
+    bytes.append(chunk.data(), static_cast<size_t>(n));
   }
   close(fd);
-  GError* closing = nullptr;
-  if (!gdk_pixbuf_loader_close(loader, decoded && !tooLarge && !readError ? &closing : nullptr))
-    decoded = false;
-  if (!error) error = closing;
-  else if (closing) g_error_free(closing);
-  const bool pixels = gdk_pixbuf_loader_get_pixbuf(loader) != nullptr;
-  g_object_unref(loader);
+  if (readError) return std::string("cannot be read: ") + std::strerror(readError);
 
+  // The renderer's own reading of the header: format, claimed size, rows a BMP promises.
+  const render::PictureHeader header = render::ReadPictureHeader(bytes);
+  if (!header.problem.empty()) return "cannot be used: " + header.problem;
+  if (header.width > render::kMaxPictureSide || header.height > render::kMaxPictureSide ||
+      header.width * header.height > render::kMaxPicturePixels)
+    return "claims " + std::to_string(header.width) + "x" + std::to_string(header.height) +
+           " pixels, more than a picture may have";
+
+  GError* error = nullptr;
+  GdkPixbufLoader* loader =
+      gdk_pixbuf_loader_new_with_type(render::LoaderName(header.format), &error);
+  if (!loader) {
+    std::string problem = std::string("cannot be decoded: ") + (error ? error->message : "");
+    if (error) g_error_free(error);
+    return problem;
+  }
+  long long rows = 0;
+  g_signal_connect(loader, "area-updated", G_CALLBACK(OnAreaUpdated), &rows);
+  bool decoded = gdk_pixbuf_loader_write(loader, reinterpret_cast<const guchar*>(bytes.data()),
+                                         bytes.size(), &error);
+  decoded = gdk_pixbuf_loader_close(loader, decoded ? &error : nullptr) && decoded;
+  GdkPixbuf* pixels = gdk_pixbuf_loader_get_pixbuf(loader);
+  const bool whole = decoded && pixels && rows >= gdk_pixbuf_get_height(pixels);
   std::optional<std::string> problem;
-  if (tooLarge)
-    problem = "claims " + std::to_string(claimed.width) + "x" + std::to_string(claimed.height) +
-              " pixels, more than a picture may have";
-  else if (readError)
-    problem = std::string("cannot be read: ") + std::strerror(readError);
-  else if (error && error->domain == GDK_PIXBUF_ERROR && error->code == GDK_PIXBUF_ERROR_UNKNOWN_TYPE)
-    problem = "is not a picture in a format that can be read";
-  else if (!decoded || !pixels || claimed.rows < claimed.height)
+  if (!whole)
     problem = std::string("is truncated or corrupt") + (error ? std::string(": ") + error->message : "");
   if (error) g_error_free(error);
+  g_object_unref(loader);
   return problem;
 }
 

@@ -1,7 +1,8 @@
 // What check finds wrong with the files a template names, before the renderer trips over
 // them: pictures that are missing, not regular files (a folder, a FIFO), empty, too large,
 // truncated or corrupt; music that is not there; an output whose folder is missing. Files are
-// opened without blocking and only when they are regular; reads are bounded by size.
+// opened without blocking and only when they are regular; reads are bounded by size. The
+// limits, formats and header reading are the renderer's own, so check and render agree.
 #ifndef TOLVEX_TOOLS_PICTURECHECK_H
 #define TOLVEX_TOOLS_PICTURECHECK_H
 
@@ -9,10 +10,6 @@
 #include <string>
 
 namespace menutool {
-
-// Pictures larger than these are refused: a menu page is 720 pixels wide.
-constexpr long long kMaxPictureBytes = 64LL << 20;
-constexpr long long kMaxPicturePixels = 64LL * 1000 * 1000;
 
 // What makes `path` unusable as a picture ("is empty", "is a folder"...), or nullopt when it
 // decodes whole.

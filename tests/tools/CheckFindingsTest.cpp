@@ -31,12 +31,13 @@ std::string Title(int index, const std::string& text, int x, int y) {
          "=20\n";
 }
 
-// A BMP header that claims 9000 x 9000 pixels and holds none.
-std::string HugeBmp() {
-  std::string h("BM\0\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0", 18);
-  for (uint32_t v : {9000u, 9000u}) h += std::string{char(v), char(v >> 8), char(v >> 16), char(v >> 24)};
-  h += std::string("\x01\0\x18\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0\0", 26);
-  return h;
+// A PNG header that claims 9000 x 9000 pixels and holds none (the checksum is not looked at
+// before the size).
+std::string HugePng() {
+  std::string png("\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR", 16);
+  for (uint32_t v : {9000u, 9000u})
+    for (int shift = 24; shift >= 0; shift -= 8) png += static_cast<char>(v >> shift);
+  return png + std::string("\x08\x02\0\0\0\0\0\0\0", 9);
 }
 
 const char kSpoiled[] =
@@ -52,7 +53,7 @@ TEST(CheckFindings, ASpoiledPageIsReportedOneLineAFindingAndRenderRefusesIt) {
   ASSERT_EQ(mkfifo(dir.File("fifo.png").c_str(), 0600), 0);
   ASSERT_EQ(mkdir(dir.File("folder").c_str(), 0700), 0);
   WriteFile(dir.File("empty.png"), "");
-  WriteFile(dir.File("huge.bmp"), HugeBmp());
+  WriteFile(dir.File("huge.png"), HugePng());
   WriteFile(dir.File("garbage.png"), "this is not a picture\n");
   WriteFile(dir.File("trunc.png"), ReadFile(ExamplePicture("button.png")).substr(0, 300));
   const std::string file = dir.File("menu.ini");
@@ -60,7 +61,7 @@ TEST(CheckFindings, ASpoiledPageIsReportedOneLineAFindingAndRenderRefusesIt) {
                       Button(2, 40, 100, 200, 190) + "ButtonFrameThickness2=1\n" +
                       Title(2, "Chapter one", 230, 300) +
                       Button(3, 280, 100, 440, 190) + "ButtonFrameThickness3=40\n" +
-                      "ButtonBmp3=empty.png\nButtonFrameBmp3=huge.bmp\n" +
+                      "ButtonBmp3=empty.png\nButtonFrameBmp3=huge.png\n" +
                       Title(3, "The second chapter title", 300, 300) +
                       Button(4, 480, 301, 640, 391) + "ButtonFrameThickness4=4\n" +
                       "ButtonBmp4=trunc.png\nButtonFrameBmp4=garbage.png\n");
@@ -79,10 +80,10 @@ TEST(CheckFindings, ASpoiledPageIsReportedOneLineAFindingAndRenderRefusesIt) {
       "warning: layout 3, button 1: rectangle 40 100 200 190 lies outside the title-safe area "
       "72 57 648 519",
       "warning: layout 3, button 1, frame.size: 1 px: a frame thinner than 2 lines flickers",
-      "error: layout 3, button 2, frame.picture: 'huge.bmp' claims 9000x9000 pixels",
+      "error: layout 3, button 2, frame.picture: 'huge.png' claims 9000x9000 pixels",
       "error: layout 3, button 2, picture: 'empty.png' is empty",
       "warning: layout 3, button 2, frame.size: 40 px leaves 80x10 of the 160x90 button",
-      "error: layout 3, button 3, frame.picture: 'garbage.png' is not a picture",
+      "error: layout 3, button 3, frame.picture: 'garbage.png' cannot be used: not a PNG, JPEG or BMP picture",
       "error: layout 3, button 3, picture: 'trunc.png' is truncated or corrupt",
       "warning: layout 3, button 3: top 301 and bottom 391: an edge on an odd line",
       "error: layout 3, button 1, title: runs over the title of button 2",
