@@ -1,4 +1,4 @@
-// The check command: reads the whole page (on a scratch copy) and reports, one line each, what
+// The check command: reads the whole page (in an edit) and reports, one line each, what
 // will go wrong when the page is rendered or used: counts and layouts that do not agree,
 // buttons off the canvas or on top of each other, files that are not there, values that read
 // as missing because they hold "default", and texts that the library's 80- or 1000-byte read
@@ -7,7 +7,7 @@
 #include "tools/Commands.h"
 #include "tools/PageReader.h"
 #include "tools/RawProfile.h"
-#include "tools/TemplateCopy.h"
+#include "tools/TemplateSession.h"
 #include "tools/ToolError.h"
 
 #include <iostream>
@@ -205,8 +205,8 @@ class Checker {
 
 int RunCheck(const std::string& file) {
   TemplatePath path(file);
-  ScratchCopy scratch(path);
-  PageReading page = ReadPage(scratch.path());
+  TemplateSession session(path, TemplateSession::Purpose::kRead);
+  PageReading page = ReadPage(session);
   Report report(file);
   Checker(path, page, &report).Run();
   if (report.Status() == kExitOk) std::cout << file << ": no problems found\n";

@@ -1,11 +1,11 @@
-// The new command: writes a complete, renderable template through CMenuTemplate, on a staged
-// file that replaces FILE only when every value has been written. Layouts for 1..max buttons
+// The new command: writes a complete, renderable template through CMenuTemplate, in one edit
+// that becomes FILE only when every value has been written. Layouts for 1..max buttons
 // are written by switching "CurrentNumberOfButton" to each count in turn; it ends at --buttons.
 // Buttons are numbered from 1 ("Chapter 1" is button 1).
 #include "tools/Commands.h"
 #include "tools/Grid.h"
-#include "tools/TemplateCopy.h"
 #include "tools/TemplatePath.h"
+#include "tools/TemplateSession.h"
 #include "tools/ToolError.h"
 
 #include <tolvex/MenuTemplate.h>
@@ -65,9 +65,10 @@ int RunNew(const NewOptions& options) {
   const Canvas canvas = Canvas::For(ntsc);
   const std::string stem = fs::path(file.library()).stem().string();
 
-  StagedEdit edit(file, /*fromOriginal=*/false, options.force);
-  CMenuTemplate menu{CString(edit.path().c_str())};
-  Writer write(file, &menu);
+  // A symbolic link, even one to a file not made yet, stays a link: the edit writes its target.
+  TemplateSession edit(file, options.force ? TemplateSession::Purpose::kReplace
+                                           : TemplateSession::Purpose::kCreate);
+  Writer write(file, &edit.menu());
   using C = CMenuTemplate;
 
   write("the mode", &C::SetTemplateMode, ntsc ? 1 : 0);

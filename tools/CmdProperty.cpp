@@ -1,20 +1,17 @@
 // The get and set commands: one property of the table, read from or written to a template
-// through CMenuTemplate. set edits a staged copy and renames it over the file, so a setter of
-// several keys that fails half-way leaves the file as it was.
+// through CMenuTemplate. set makes its change in one edit of the file, so a setter of several
+// keys that fails half-way leaves the file as it was.
 #include "tools/Commands.h"
 #include "tools/Properties.h"
 #include "tools/RawProfile.h"
-#include "tools/TemplateCopy.h"
 #include "tools/TemplatePath.h"
+#include "tools/TemplateSession.h"
 #include "tools/ToolError.h"
 
 #include <iostream>
 
 namespace menutool {
 namespace {
-
-// How often set starts again when another writer keeps changing the file under it.
-constexpr int kEditAttempts = 5;
 
 struct Target {
   const Property* property;
@@ -48,8 +45,8 @@ Target Address(const PropertyOptions& options, const TemplatePath& file) {
 
 // Button properties live in the layout that "CurrentNumberOfButton" selects; without it every
 // button call fails, which deserves its own message.
-void RequireLayout(const Target& target, const TemplatePath& file) {
-  if (target.property->scope == Scope::kButton && !LayoutInUse(file.library()))
+void RequireLayout(const Target& target, const TemplatePath& file, const std::string& path) {
+  if (target.property->scope == Scope::kButton && !LayoutInUse(path))
     throw ToolError(file.given(), target.label +
                                       ": no current button count, so there is no layout "
                                       "(set buttons.current first)");
@@ -61,7 +58,7 @@ int RunGet(const PropertyOptions& options) {
   TemplatePath file(options.file);
   Target target = Address(options, file);
   file.RequireReadable();
-  RequireLayout(target, file);
+  RequireLayout(target, file, file.library());
   CMenuTemplate menu{CString(file.library().c_str())};
   Values values;
   if (!target.property->get(menu, target.where, &values))
@@ -91,23 +88,11 @@ int RunSet(const PropertyOptions& options) {
       throw ToolError(file.given(), property.name + " " + property.slots[i].name + ": " + why);
     values.push_back(*value);
   }
-  file.RequireWritable();
-  RequireLayout(target, file);
-
-  // Another writer changing the file meanwhile makes the edit start again on its new bytes.
-  for (int attempt = 1;; ++attempt) {
-    try {
-      StagedEdit edit(file, /*fromOriginal=*/true);
-      CMenuTemplate menu{CString(edit.path().c_str())};
-      if (!property.set(menu, target.where, values))
-        throw ToolError(file.given(), "cannot write " + target.label);
-      edit.Commit();
-      break;
-    } catch (const StagedEdit::ChangedMeanwhile&) {
-      if (attempt == kEditAttempts)
-        throw ToolError(file.given(), "keeps being changed by another program; nothing written");
-    }
-  }
+  TemplateSession edit(file, TemplateSession::Purpose::kChange);
+  RequireLayout(target, file, edit.path());
+  if (!property.set(edit.menu(), target.where, values))
+    throw ToolError(file.given(), "cannot write " + target.label);
+  edit.Commit();
   if (property.name == "button.navinfo" && target.where <= 1)
     std::cerr << "menutemplate: note: the library keeps the navigation values of button "
               << target.where << " in the " << (target.where ? "NextButton" : "PrevButton")

@@ -34,6 +34,8 @@ int RunGet(const PropertyOptions& options);
 int RunSet(const PropertyOptions& options);
 int RunShow(const std::string& file, bool json);
 int RunCheck(const std::string& file);
+// `changes` is a JSON file in the shape show --json prints, or "-" for the standard input.
+int RunApply(const std::string& file, const std::string& changes);
 int RunRender(const std::string& file, const std::string& preview);
 int RunResize(const std::string& source, const std::string& target, unsigned width,
               unsigned height);

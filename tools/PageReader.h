@@ -1,12 +1,12 @@
 // Reads a whole menu page the way the library reads it: the page-wide values, the previous and
-// next buttons, and every layout with the buttons found in it. The reading is done on a
-// scratch copy of the template (layouts are reached by switching "CurrentNumberOfButton",
-// which writes), so the user's file is never touched. Used by show and check.
+// next buttons, and every layout with the buttons found in it. The reading is done in a session
+// that is never committed (layouts are reached by switching "CurrentNumberOfButton", which
+// writes), so the user's file is never touched. Used by show and check.
 #ifndef TOLVEX_TOOLS_PAGEREADER_H
 #define TOLVEX_TOOLS_PAGEREADER_H
 
 #include "tools/Properties.h"
-#include "tools/TemplatePath.h"
+#include "tools/TemplateSession.h"
 
 #include <optional>
 #include <string>
@@ -48,8 +48,8 @@ struct PageReading {
 // Layouts for counts 1..maximum are looked for only up to this maximum.
 constexpr long long kLayoutBound = 99;
 
-// Reads the page kept in `scratch`, a scratch copy of the template, which this writes.
-PageReading ReadPage(const std::string& scratch);
+// Reads the page held in `session`, whose "CurrentNumberOfButton" this switches.
+PageReading ReadPage(TemplateSession& session);
 
 }  // namespace menutool
 
