@@ -85,6 +85,14 @@ TEST(NewCommand, BareNameMeansTheCurrentFolderAndAFileIsOnlyReplacedWhenForced) 
   EXPECT_NE(tooMany.err.find("more than --max"), std::string::npos) << tooMany.err;
   EXPECT_EQ(RunTool({"new", other, "--buttons", "37"}).status, 2);
   EXPECT_FALSE(FileExists(other));
+
+  // A symbolic link stays a link, even one whose file is not made yet.
+  const std::string link = dir.File("link.ini"), target = dir.File("made/by/link.ini");
+  std::filesystem::create_directories(dir.File("made/by"));
+  std::filesystem::create_symlink("made/by/link.ini", link);
+  EXPECT_EQ(RunTool({"new", link, "--buttons", "2"}).status, 0);
+  EXPECT_TRUE(std::filesystem::is_symlink(link));
+  EXPECT_EQ(RunTool({"get", target, "buttons.current"}).out, "2\n");
 }
 
 std::string Button(int i, int left, int top, int right, int bottom) {
