@@ -55,8 +55,10 @@ struct Placed {
 
 class Checker {
  public:
-  Checker(const TemplatePath& file, const PageReading& page, Report* report)
-      : m_file(file), m_page(page), m_report(*report) {}
+  // `edited` is the name under which the session reaches the template's edit.
+  Checker(const TemplatePath& file, const std::string& edited, const PageReading& page,
+          Report* report)
+      : m_file(file), m_edited(edited), m_page(page), m_report(*report) {}
 
   void Run() {
     CheckCounts();
@@ -96,7 +98,7 @@ class Checker {
     for (const Reading& reading : readings) {
       const Property& property = *reading.property;
       for (const KeyRef& ref : KeysOf(property, where, layout)) {
-        std::optional<std::string> raw = RawValue(m_file.library(), ref.section, ref.key);
+        std::optional<std::string> raw = RawValue(m_edited, ref.section, ref.key);
         if (!raw) continue;
         std::string label = Join(place, property.ShortName());
         if (*raw == "default")
@@ -196,6 +198,7 @@ class Checker {
   }
 
   const TemplatePath& m_file;
+  const std::string& m_edited;
   const PageReading& m_page;
   Report& m_report;
   Canvas m_canvas = Canvas::Ntsc();
@@ -208,7 +211,7 @@ int RunCheck(const std::string& file) {
   TemplateSession session(path, TemplateSession::Purpose::kRead);
   PageReading page = ReadPage(session);
   Report report(file);
-  Checker(path, page, &report).Run();
+  Checker(path, session.path(), page, &report).Run();
   if (report.Status() == kExitOk) std::cout << file << ": no problems found\n";
   return report.Status();
 }

@@ -15,6 +15,9 @@
 #include <cctype>
 #include <ctime>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <vector>
 
 namespace menutool {
 namespace {
@@ -60,7 +63,7 @@ void RemoveStaleStagedCopies(const std::string& file) {
 }  // namespace
 
 TemplateSession::TemplateSession(const TemplatePath& file, Purpose purpose)
-    : m_file(file), m_menu(CString(file.library().c_str())) {
+    : m_file(file), m_path(file.library()), m_menu(CString(m_path.c_str())) {
   struct stat info {};
   const bool exists = stat(file.library().c_str(), &info) == 0;
   switch (purpose) {
@@ -74,9 +77,9 @@ TemplateSession::TemplateSession(const TemplatePath& file, Purpose purpose)
       break;
   }
   m_edit = std::make_unique<tolvex::TemplateEdit>(m_menu);
+  if (!m_edit->IsOpen() && purpose == Purpose::kRead) EditPrivateCopy();
   if (!m_edit->IsOpen())
-    throw ToolError(file.given(), std::string("cannot open the template for editing: ") +
-                                      std::strerror(errno ? errno : EIO));
+    throw ToolError(file.given(), "cannot edit the file (is its folder missing or read-only?)");
   // Replacing starts from nothing: every section of the old file goes.
   if (purpose == Purpose::kReplace && exists)
     for (const std::string& section : SectionNames(path()))
@@ -85,6 +88,32 @@ TemplateSession::TemplateSession(const TemplatePath& file, Purpose purpose)
 }
 
 TemplateSession::~TemplateSession() = default;
+
+void TemplateSession::EditPrivateCopy() {
+  std::ifstream in(m_file.library(), std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  if (!in.good() && !in.eof()) throw ToolError(m_file.given(), "cannot read the file");
+  std::string pattern = (fs::temp_directory_path() / "menutemplate.XXXXXX").string();
+  std::vector<char> folder(pattern.begin(), pattern.end());
+  folder.push_back('\0');
+  if (!mkdtemp(folder.data()))
+    throw ToolError(m_file.given(), std::string("cannot make a private copy: ") +
+                                        std::strerror(errno));
+  m_path = std::string(folder.data()) + "/" + fs::path(m_file.library()).filename().string();
+  std::ofstream out(m_path, std::ios::binary);
+  out << bytes;
+  out.close();
+  if (!out) {
+    unlink(m_path.c_str());
+    rmdir(folder.data());
+    throw ToolError(m_file.given(), "cannot make a private copy in " + pattern);
+  }
+  m_menu.SetTemplateFile(CString(m_path.c_str()));
+  m_edit = std::make_unique<tolvex::TemplateEdit>(m_menu);
+  // The edit holds the bytes now, and finds them by this name alone.
+  unlink(m_path.c_str());
+  rmdir(folder.data());
+}
 
 void TemplateSession::Commit() {
   RemoveStaleStagedCopies(m_file.library());

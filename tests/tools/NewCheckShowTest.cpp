@@ -10,6 +10,8 @@
 #include <set>
 #include <sstream>
 
+#include <sys/stat.h>
+
 namespace tolvex::test {
 namespace {
 
@@ -183,8 +185,13 @@ TEST(ShowCommand, ReportsThePageAsReadAndShowAndCheckLeaveTheFileByteForByte) {
   EXPECT_EQ(three["buttons"][1]["title"], "Three");
   EXPECT_EQ(page["layouts"][3]["buttons"][0]["picture"], "nine.png");
 
-  EXPECT_NE(RunTool({"check", file}).status, -1);
+  const ToolResult checked = RunTool({"check", file});
+  EXPECT_NE(checked.status, -1);
   EXPECT_EQ(ReadFile(file), kTemplate);
+  // A template that cannot be edited reads the same.
+  chmod(file.c_str(), 0444);
+  EXPECT_EQ(ShowJson(file), page);
+  EXPECT_EQ(RunTool({"check", file}).out, checked.out);
   // Nothing is left behind in the template's folder either.
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 1);
 }
