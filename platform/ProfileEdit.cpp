@@ -96,7 +96,7 @@ Status ProfileEdit::Begin(const char* file, std::unique_ptr<ProfileEdit>* edit) 
     status = os::ReadWholeFile(session->target, &bytes);
     if (!status.ok()) return status;
   }
-  session->staged = std::make_unique<StagedProfile>(std::move(bytes), exists);
+  session->staged = std::make_unique<StagedProfile>(bytes, exists);
   session->names.push_back(file);
   t_edits.sessions.push_back(session);
   t_edits.notEdited.clear();
