@@ -1,18 +1,18 @@
 // The apply command: takes a JSON document in the shape that `show --json` prints, all of it
 // or any part, and writes what it holds to the template in one edit, so a script can read a
 // page with show, change it and hand it back. Each member of "page", "prev", "next" and of the
-// buttons of "layouts" is a property by its show name; null leaves a value as it is, and a
+// buttons of "layouts" is a property by its show name (a button is found by its "button"
+// number or its library "index", a layout by its "count"); null leaves a value as it is, and a
 // value of several parts may give only some of them (the others are kept). "file",
 // "layoutInUse" and a layout's "current" and "section" are what show found and are not
 // applied. The whole document is checked before anything is written, and an unknown name, a
 // value of the wrong kind or a write that fails changes nothing.
+#include "tools/ButtonNumber.h"
 #include "tools/Commands.h"
 #include "tools/Properties.h"
 #include "tools/RawProfile.h"
 #include "tools/TemplateSession.h"
 #include "tools/ToolError.h"
-
-#include <tolvex/Profile.h>
 
 #include <nlohmann/json.hpp>
 
@@ -89,6 +89,21 @@ class Reader {
     return value.get<long long>();
   }
 
+  // The library index of a button: its "index" as show prints it (with "%d"), or the library
+  // index of its tool number "button"; when both are given they must agree.
+  unsigned ButtonIndex(const json& button, const std::string& at) const {
+    std::optional<unsigned> index, number;
+    if (button.contains("index"))
+      index = static_cast<unsigned>(Number(button["index"], at + ".index", INT32_MIN, INT32_MAX));
+    if (button.contains("button") && !button["button"].is_null())
+      number = LibraryIndex(static_cast<unsigned>(
+          Number(button["button"], at + ".button", 1, kLastButtonNumber)));
+    Require(index || number, at, "has neither \"button\" nor \"index\"");
+    Require(!index || !number || index == number, at,
+            "\"button\" and \"index\" name different buttons");
+    return index ? *index : *number;
+  }
+
   LayoutChanges ReadLayout(const json& layout, const std::string& at) {
     Require(layout.is_object(), at, "is not an object");
     Require(layout.contains("count"), at, "has no \"count\"");
@@ -102,11 +117,11 @@ class Reader {
           const std::string here = at + ".buttons[" + std::to_string(i) + "]";
           const json& button = member[i];
           Require(button.is_object(), here, "is not an object");
-          Require(button.contains("index"), here, "has no \"index\"");
-          auto index = static_cast<unsigned>(Number(button["index"], here + ".index", 0, UINT32_MAX));
           json properties = button;
           properties.erase("index");
-          ReadScope(properties, here, Scope::kButton, index, &changes.buttons);
+          properties.erase("button");
+          ReadScope(properties, here, Scope::kButton, ButtonIndex(button, here),
+                    &changes.buttons);
         }
       } else {
         Require(name == "count" || name == "current" || name == "section", at + "." + name,
@@ -214,8 +229,7 @@ int RunApply(const std::string& file, const std::string& changes) {
                                           std::to_string(static_cast<int32_t>(layout.count)));
       for (const Change& change : layout.buttons) Write(edit, change, path);
     }
-    if (!WritePrivateProfileStringA("Background", "CurrentNumberOfButton",
-                                    count ? count->c_str() : nullptr, edit.path().c_str()))
+    if (!WriteRawValue(edit.path(), "Background", "CurrentNumberOfButton", count))
       throw ToolError(path.given(), "cannot restore buttons.current");
   }
   edit.Commit();

@@ -158,7 +158,7 @@ class Checker {
                        std::to_string(layout.count));
     std::vector<Placed> placed = navs;
     for (const ButtonReading& button : layout.buttons) {
-      std::string name = "button " + std::to_string(button.index);
+      std::string name = button.Name();
       std::string place = Join(where, name);
       CheckStored(button.properties, button.index, layout.count, place);
       CheckFiles(button.properties, place);

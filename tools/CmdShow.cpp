@@ -42,7 +42,8 @@ json PageJson(const std::string& file, const PageReading& page) {
     json buttons = json::array();
     for (const ButtonReading& button : layout.buttons) {
       json entry = ToJson(button.properties);
-      entry["index"] = button.index;
+      entry["button"] = button.number ? json(*button.number) : json(nullptr);
+      entry["index"] = static_cast<int32_t>(button.index);
       buttons.push_back(std::move(entry));
     }
     layouts.push_back({{"count", layout.count},
@@ -90,7 +91,7 @@ void PrintPage(const std::string& file, const PageReading& page) {
               << (layout.current ? " (in use)" : "")
               << (layout.hasSection ? "" : ": not in the file") << "\n";
     for (const ButtonReading& button : layout.buttons) {
-      std::cout << "  button " << button.index << "\n";
+      std::cout << "  " << button.Name() << "\n";
       PrintBlock(button.properties, "    ");
     }
   }

@@ -30,7 +30,6 @@ int RunCommandLine(int argc, char** argv) {
   CLI::App app{"Reads, writes, checks and renders DVD menu templates."};
   app.name("menutemplate");
   app.require_subcommand(1);
-  app.footer(PropertyList());
   std::function<int()> run;
 
   NewOptions make;
@@ -46,6 +45,7 @@ int RunCommandLine(int argc, char** argv) {
   cmd->add_option("--button-picture", make.buttonPicture, "picture of every button");
   cmd->add_option("--music", make.music, "background music");
   cmd->add_option("--title", make.title, "page title")->capture_default_str();
+  cmd->add_flag("--nav", make.nav, "show previous and next buttons (for a page among several)");
   cmd->add_flag("--force", make.force, "replace FILE if it exists");
   cmd->callback([&] { run = [&] { return RunNew(make); }; });
 
@@ -59,6 +59,8 @@ int RunCommandLine(int argc, char** argv) {
   AddPropertyOptions(cmd, &set);
   cmd->add_option("VALUE", set.values, "the property's values, in the order listed below")
       ->required();
+  cmd->add_flag("--rescale", set.rescale,
+                "with mode: scale the layout to the new canvas (NTSC 720x480, PAL 720x576)");
   cmd->footer(PropertyList() + "Put -- before a text value that begins with '-'.\n");
   cmd->callback([&] { run = [&] { return RunSet(set); }; });
 
@@ -67,6 +69,7 @@ int RunCommandLine(int argc, char** argv) {
   cmd = app.add_subcommand("show", "print the whole page: settings, prev/next, every layout");
   cmd->add_option("FILE", file, "template file")->required();
   cmd->add_flag("--json", json, "print JSON");
+  cmd->footer(PropertyList());
   cmd->callback([&] { run = [&] { return RunShow(file, json); }; });
 
   cmd = app.add_subcommand(
@@ -100,6 +103,11 @@ int RunCommandLine(int argc, char** argv) {
   cmd->add_option("WIDTH", width, "width in pixels")->required()->check(CLI::Range(1, 65535));
   cmd->add_option("HEIGHT", height, "height in pixels")->required()->check(CLI::Range(1, 65535));
   cmd->callback([&] { run = [&] { return RunResize(source, target, width, height); }; });
+
+  // Set last: a subcommand takes the footer its parent has when it is added.
+  app.footer(
+      "'menutemplate COMMAND --help' shows the options of one command; get, set and show\n"
+      "list the properties of a page.\n");
 
   try {
     app.parse(argc, argv);

@@ -19,6 +19,7 @@ struct NewOptions {
   std::string music;
   std::string title = "Main Menu";
   bool force = false;
+  bool nav = false;  // show the previous and next buttons
 };
 
 struct PropertyOptions {
@@ -27,6 +28,7 @@ struct PropertyOptions {
   std::vector<std::string> values;  // set only
   std::optional<unsigned> button;
   std::optional<std::string> nav;   // "prev" or "next"
+  bool rescale = false;             // set mode only: scale the layout to the new canvas
 };
 
 int RunNew(const NewOptions& options);

@@ -39,11 +39,16 @@ std::vector<ButtonReading> ReadButtons(CMenuTemplate& menu, const std::string& p
     if (auto index = ButtonIndexOfKey(key)) indexes.insert(*index);
   std::vector<ButtonReading> buttons;
   for (unsigned index : indexes)
-    buttons.push_back({index, ReadScope(menu, Scope::kButton, index)});
+    buttons.push_back({index, ButtonNumber(index), ReadScope(menu, Scope::kButton, index)});
   return buttons;
 }
 
 }  // namespace
+
+std::string ButtonReading::Name() const {
+  if (number) return "button " + std::to_string(*number);
+  return "library index " + std::to_string(static_cast<int32_t>(index));
+}
 
 const Reading* ButtonReading::Find(const std::string& name) const {
   return FindIn(properties, name);
@@ -67,6 +72,8 @@ PageReading ReadPage(TemplateSession& session) {
   if (const Reading* max = page.FindPage("buttons.max"))
     for (long long n = 1; n <= std::min(max->values[0].number, kLayoutBound); ++n) counts.insert(n);
   if (page.layoutInUse) counts.insert(*page.layoutInUse);
+  const std::optional<std::string> countText =
+      RawValue(path, "Background", "CurrentNumberOfButton");
 
   // The layout in use first, while "CurrentNumberOfButton" still holds its own text.
   if (page.layoutInUse) {
@@ -80,6 +87,10 @@ PageReading ReadPage(TemplateSession& session) {
     page.layouts.push_back(
         {count, false, sections.count(count) > 0, ReadButtons(menu, path, count)});
   }
+  // Put back as it was, so that a command that goes on to change the page changes only that.
+  if (page.layouts.size() > 1 &&
+      !WriteRawValue(path, "Background", "CurrentNumberOfButton", countText))
+    throw ToolError(path, "cannot switch the edit back to the layout in use");
   std::sort(page.layouts.begin(), page.layouts.end(),
             [](const LayoutReading& a, const LayoutReading& b) { return a.count < b.count; });
   return page;

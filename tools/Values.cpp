@@ -40,11 +40,23 @@ std::optional<long long> ParseFlag(const std::string& word, std::string* why) {
 
 }  // namespace
 
+const char kNotOneLine[] = "a line break (CR or LF) or NUL character cannot be part of a value";
+
+bool IsOneLine(const std::string& text) {
+  return text.find_first_of(std::string("\r\n\0", 3)) == std::string::npos;
+}
+
 std::optional<Value> ParseValue(Kind kind, const std::string& word, std::string* why) {
   Value value;
   std::optional<long long> number;
   switch (kind) {
     case Kind::kText:
+      // The library writes a value as one line of the file, as Windows does: a line break
+      // would end the value there and make the rest a key of its own.
+      if (!IsOneLine(word)) {
+        *why = kNotOneLine;
+        return std::nullopt;
+      }
       value.text = word;
       return value;
     case Kind::kInt:
@@ -104,8 +116,8 @@ std::optional<Value> ValueFromJson(Kind kind, const nlohmann::json& json, std::s
       if (!json.is_string()) break;
       std::optional<std::string> bytes = Cp1252FromUtf8(json.get<std::string>(), why);
       if (!bytes) return std::nullopt;
-      if (bytes->find_first_of(std::string("\r\n\0", 3)) != std::string::npos) {
-        *why = "a line break or NUL cannot be kept in a template value";
+      if (!IsOneLine(*bytes)) {
+        *why = kNotOneLine;
         return std::nullopt;
       }
       value.text = std::move(*bytes);

@@ -27,6 +27,11 @@ struct Value {
 };
 using Values = std::vector<Value>;
 
+// Whether `text` can be stored as a value: no CR, LF or NUL, which would end the value's line
+// in the file (and turn the rest into keys of their own). kNotOneLine says why not.
+bool IsOneLine(const std::string& text);
+extern const char kNotOneLine[];
+
 // Parses one command-line word as a value of `kind`; nullopt (and `why`) when it is not one.
 std::optional<Value> ParseValue(Kind kind, const std::string& word, std::string* why);
 

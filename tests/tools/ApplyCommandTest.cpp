@@ -43,7 +43,7 @@ TEST_F(ApplyCommand, ShowChangedByAScriptAndAppliedReadsBackAsChanged) {
   EXPECT_EQ(ShowJson(file), page);
 
   // Any part of the document will do; parts of a value keep the others, null keeps it all.
-  ASSERT_EQ(Apply({{"layouts", {{{"count", 3}, {"buttons", {{{"index", 3},
+  ASSERT_EQ(Apply({{"layouts", {{{"count", 3}, {"buttons", {{{"button", 3},
                                                               {"rect", {{"right", 90}}},
                                                               {"title", nullptr}}}}}}}})
                 .status, 0);

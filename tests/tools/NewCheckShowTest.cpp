@@ -22,15 +22,17 @@ bool Overlap(const json& a, const json& b) {
          b["top"] < a["bottom"];
 }
 
-TEST(NewCommand, WritesEveryLayoutInsideTheCanvasClearOfEachOtherAndChecksClean) {
+// Laid out on even lines (interlaced television), inside the canvas, clear of each other; the
+// previous and next buttons are shown only with --nav. Tool button n is library index n+1.
+TEST(NewCommand, WritesEveryLayoutOnEvenLinesClearOfEachOtherAndChecksClean) {
   int ntscBottom = 0;
   for (const bool pal : {false, true}) {
-    SCOPED_TRACE(pal ? "pal" : "ntsc");
+    SCOPED_TRACE(pal ? "pal, --nav" : "ntsc");
     TempDir dir;
     const std::string file = dir.File("menu.ini");
     std::vector<std::string> args{"new", file, "--buttons", "4", "--max", "9", "--title",
                                   "My Films", "--background", ExamplePicture("background.png")};
-    if (pal) args.push_back("--pal");
+    if (pal) args.insert(args.end(), {"--pal", "--nav"});
     const ToolResult made = RunTool(args);
     ASSERT_EQ(made.status, 0) << made.err;
     const ToolResult checked = RunTool({"check", file});
@@ -42,21 +44,28 @@ TEST(NewCommand, WritesEveryLayoutInsideTheCanvasClearOfEachOtherAndChecksClean)
     EXPECT_EQ(page["page"]["title"], "My Films");
     EXPECT_EQ(page["page"]["buttons.max"], 9);
     EXPECT_EQ(page["layoutInUse"], 4);
-    EXPECT_TRUE(page["prev"]["enabled"]);
-    // Every layout holds its count of buttons, titled "Chapter i", inside the canvas, clear of
-    // each other and of the previous and next buttons.
+    EXPECT_EQ(page["prev"]["enabled"], pal);
+    EXPECT_EQ(page["next"]["enabled"], pal);
     ASSERT_EQ(page["layouts"].size(), 9u);
     for (int count = 1; count <= 9; ++count) {
       const json& layout = page["layouts"][count - 1];
       ASSERT_EQ(layout["buttons"].size(), static_cast<size_t>(count));
-      std::vector<json> placed{page["prev"]["rect"], page["next"]["rect"]};
+      std::vector<json> placed;
+      if (pal) placed = {page["prev"]["rect"], page["next"]["rect"]};
+      int number = 0;
       for (const json& button : layout["buttons"]) {
         const json& r = button["rect"];
         SCOPED_TRACE("layout " + std::to_string(count) + ": " + r.dump());
-        EXPECT_EQ(button["title"], "Chapter " + std::to_string(button["index"].get<int>()));
+        EXPECT_EQ(button["button"], ++number);
+        EXPECT_EQ(button["index"], number + 1);
+        EXPECT_EQ(button["title"], "Chapter " + std::to_string(number));
+        EXPECT_EQ(button["navinfo"].size(), 2u);  // reads back at every index
         EXPECT_TRUE(r["left"] >= 0 && r["top"] >= 0 && r["right"] <= 720 &&
                     r["bottom"] <= (pal ? 576 : 480) && r["left"] < r["right"] &&
                     r["top"] < r["bottom"]);
+        EXPECT_EQ(r["top"].get<int>() % 2, 0);
+        EXPECT_EQ(r["bottom"].get<int>() % 2, 0);
+        EXPECT_EQ(button["title.position"]["y"].get<int>() % 2, 0);
         for (const json& other : placed) EXPECT_FALSE(Overlap(r, other));
         placed.push_back(r);
       }
@@ -111,6 +120,8 @@ TEST(CheckCommand, ReportsErrorsAndWarningsOneLineEach) {
   TempDir dir;
   const std::string file = dir.File("menu.ini"), at = file + ": ";
   WriteFile(dir.File("here.png"), "");
+  // Buttons at library index 1 and 0 (an older tool's numbering, or an application's) are
+  // named by their index.
   const std::pair<std::string, std::vector<std::string>> cases[] = {
       {"[Background]\nNTSC=TRUE\nMaximumNumberOfButton=2\nCurrentNumberOfButton=3\n"
        "BackgroundBmp=gone.png\nBackgroundTitle=" + std::string(100, 'T') + "\n"
@@ -164,7 +175,8 @@ TEST(ShowCommand, ReportsThePageAsReadAndShowAndCheckLeaveTheFileByteForByte) {
   ASSERT_EQ(shown.status, 0) << shown.err;
   for (const char* line : {"  mode              pal\n", "  title             (missing)\n",
                            "Layout for 3 buttons (in use)\n",
-                           "Layout for 1 button: not in the file\n", "    title  "}) {
+                           "Layout for 1 button: not in the file\n", "  library index 0\n",
+                           "  button 1\n", "    title  "}) {
     EXPECT_NE(shown.out.find(line), std::string::npos) << line << "\n" << shown.out;
   }
   const json page = ShowJson(file);
@@ -181,7 +193,9 @@ TEST(ShowCommand, ReportsThePageAsReadAndShowAndCheckLeaveTheFileByteForByte) {
   EXPECT_EQ(three["buttons"][0]["rect"],
             (json{{"left", 10}, {"top", 10}, {"right", 60}, {"bottom", 50}}));
   EXPECT_TRUE(three["buttons"][0]["title"].is_null());
+  EXPECT_TRUE(three["buttons"][0]["button"].is_null());  // index 0 has no button number
   EXPECT_EQ(three["buttons"][1]["index"], 2);
+  EXPECT_EQ(three["buttons"][1]["button"], 1);
   EXPECT_EQ(three["buttons"][1]["title"], "Three");
   EXPECT_EQ(page["layouts"][3]["buttons"][0]["picture"], "nine.png");
 

@@ -20,7 +20,7 @@ std::string PngHeader(unsigned width, unsigned height) {
 
 TEST(RenderCommand, WritesMenuMaskAndAPreviewWithEveryButtonOutlined) {
   TempDir dir;
-  ASSERT_EQ(RunTool({"new", "menu.ini", "--buttons", "3", "--max", "5", "--background",
+  ASSERT_EQ(RunTool({"new", "menu.ini", "--buttons", "3", "--max", "5", "--nav", "--background",
                      ExamplePicture("background.png"), "--button-picture",
                      ExamplePicture("button.png")},
                     dir.path())
