@@ -1,5 +1,6 @@
-// menutemplate set against a program writing the same template through the library at the
-// same time: both go through the library's lock, so neither loses an update.
+// menutemplate's writes beside other writers: set against a program writing the same template
+// through the library at the same time (both go through the library's lock, so neither loses
+// an update), and the staged copies that killed runs of older versions left beside a template.
 #include "ToolRunner.h"
 
 #include "support/TempDir.h"
@@ -8,7 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <utime.h>
 #include <unistd.h>
 
 #include <string>
@@ -59,6 +62,26 @@ TEST(ToolAndLibrary, SetAndALibraryWriterLoseNoUpdateOfEachOther) {
   ASSERT_EQ(page["layouts"][kSets - 1]["buttons"].size(), static_cast<size_t>(kSets));
   for (const auto& button : page["layouts"][kSets - 1]["buttons"])
     EXPECT_EQ(button["title"], "Title " + button["button"].dump());
+}
+
+TEST(ToolAndLibrary, AChangeRemovesStagedCopiesOfKilledOlderRuns) {
+  TempDir dir;
+  const std::string file = dir.File("menu.ini");
+  ASSERT_EQ(RunTool({"new", file, "--buttons", "1"}).status, 0);
+  // Older versions staged "menu.ini" in ".menu.ini.XXXXXX"; one an hour old is a leftover, a
+  // fresh one may belong to a run still going on, and other names are not theirs.
+  const std::string stale = dir.File(".menu.ini.Ab12Cd"), fresh = dir.File(".menu.ini.Zz9Yy8"),
+                    other = dir.File(".menu.ini.notours");
+  for (const std::string& copy : {stale, fresh, other}) WriteFile(copy, "[Background]\r\n");
+  const struct utimbuf hourAgo {time(nullptr) - 3600, time(nullptr) - 3600};
+  ASSERT_EQ(utime(stale.c_str(), &hourAgo), 0);
+  ASSERT_EQ(utime(other.c_str(), &hourAgo), 0);
+  ASSERT_EQ(RunTool({"show", file}).status, 0);
+  EXPECT_TRUE(FileExists(stale));  // reading changes nothing
+  ASSERT_EQ(RunTool({"set", file, "title", "x"}).status, 0);
+  EXPECT_FALSE(FileExists(stale));
+  EXPECT_TRUE(FileExists(fresh));
+  EXPECT_TRUE(FileExists(other));
 }
 
 }  // namespace
