@@ -1,70 +1,182 @@
-// Cost of the profile functions over file size: one value read and one value write in a
-// template whose layout section holds `keys` keys, and a four-edge button read (five reads).
+// Cost of the profile functions, as ratios to what the system itself must spend:
+//  - a whole page (every property of every button, layouts of counts 1 to N) built call by
+//    call, and built inside one TemplateEdit, against the durable-write floor: the same bytes
+//    written once to a temporary file, flushed, renamed over the file, and the folder flushed;
+//  - one value read, and GetBtnPosition (five reads), against one stat() of the file, on
+//    templates of about 6 KB, 38 KB and 550 KB.
+// Each benchmark times both sides itself, interleaved, and reports their ratio as the counter
+// "x_floor" or "x_stat"; run with --benchmark_repetitions for medians.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <tolvex/MenuTemplate.h>
 #include <tolvex/Profile.h>
+#include <tolvex/TemplateEdit.h>
 
 #include <benchmark/benchmark.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
-#include <unistd.h>
+
+#include "tests/support/FullPage.h"
 
 namespace {
 
-class BenchFile {
+using Clock = std::chrono::steady_clock;
+
+double Seconds(Clock::time_point since) {
+  return std::chrono::duration<double>(Clock::now() - since).count();
+}
+
+class BenchDir {
  public:
-  explicit BenchFile(int keys) {
+  BenchDir() {
     char pattern[] = "/tmp/tolvex-bench-XXXXXX";
     m_dir = mkdtemp(pattern);
-    m_path = m_dir + "/menu.ini";
-    std::string text = "[Background]\r\nCurrentNumberOfButton=12\r\n[NumOfButton12]\r\n";
-    for (int i = 0; i < keys; ++i)
-      text += "ButtonTitle" + std::to_string(i) + "=Chapter " + std::to_string(i) + "\r\n";
-    text += "ButtonPosition5_left=10\r\nButtonPosition5_right=20\r\n"
-            "ButtonPosition5_top=30\r\nButtonPosition5_bottom=40\r\n";
-    FILE* f = std::fopen(m_path.c_str(), "wb");
-    std::fwrite(text.data(), 1, text.size(), f);
-    std::fclose(f);
   }
-  ~BenchFile() {
-    unlink(m_path.c_str());
-    rmdir(m_dir.c_str());
-  }
-  const char* path() const { return m_path.c_str(); }
+  ~BenchDir() { std::system(("rm -rf '" + m_dir + "'").c_str()); }
+  std::string File(const char* name) const { return m_dir + "/" + name; }
+  const std::string& path() const { return m_dir; }
 
  private:
-  std::string m_dir, m_path;
+  std::string m_dir;
 };
 
-void BM_ReadValue(benchmark::State& state) {
-  BenchFile file(static_cast<int>(state.range(0)));
-  char buffer[80];
+std::string ReadAll(const std::string& path) {
+  std::string bytes;
+  if (FILE* f = std::fopen(path.c_str(), "rb")) {
+    char buffer[65536];
+    size_t got;
+    while ((got = std::fread(buffer, 1, sizeof buffer, f)) > 0) bytes.append(buffer, got);
+    std::fclose(f);
+  }
+  return bytes;
+}
+
+// The floor: one durable replace of `path` by `bytes`.
+void DurableWrite(const std::string& folder, const std::string& path, const std::string& bytes) {
+  const std::string temporary = path + ".floor";
+  int fd = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  if (fd < 0 || write(fd, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size()) ||
+      fsync(fd) != 0 || close(fd) != 0 || rename(temporary.c_str(), path.c_str()) != 0)
+    std::abort();
+  int dir = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  fsync(dir);
+  close(dir);
+}
+
+// Builds the page of layouts 1..range(0) per iteration, call by call or in one edit.
+void PageBuild(benchmark::State& state, bool inEdit) {
+  BenchDir dir;
+  const unsigned maxCount = static_cast<unsigned>(state.range(0));
+  const std::string path = dir.File("menu.ini"), floorPath = dir.File("floor.ini");
+  double built = 0, floor = 0;
+  std::string bytes;
   for (auto _ : state) {
-    GetPrivateProfileStringA("NumOfButton12", "ButtonPosition5_bottom", "default", buffer,
+    unlink(path.c_str());
+    CMenuTemplate menu(path.c_str());
+    Clock::time_point start = Clock::now();
+    if (inEdit) {
+      tolvex::TemplateEdit edit(menu);
+      if (!tolvex::test::BuildFullPage(menu, maxCount) || !edit.Commit()) std::abort();
+    } else if (!tolvex::test::BuildFullPage(menu, maxCount)) {
+      std::abort();
+    }
+    const double seconds = Seconds(start);
+    built += seconds;
+    state.SetIterationTime(seconds);
+    if (bytes.empty()) bytes = ReadAll(path);
+    start = Clock::now();
+    DurableWrite(dir.path(), floorPath, bytes);
+    floor += Seconds(start);
+  }
+  state.counters["bytes"] = static_cast<double>(bytes.size());
+  state.counters["x_floor"] = built / floor;
+}
+
+void BM_PageCallByCall(benchmark::State& state) { PageBuild(state, false); }
+BENCHMARK(BM_PageCallByCall)->Arg(2)->UseManualTime()->Unit(benchmark::kMillisecond)->Iterations(1);
+
+void BM_PageInOneEdit(benchmark::State& state) { PageBuild(state, true); }
+BENCHMARK(BM_PageInOneEdit)->Arg(2)->Arg(36)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void BM_DurableWriteFloor(benchmark::State& state) {
+  BenchDir dir;
+  const std::string path = dir.File("menu.ini");
+  CMenuTemplate menu(path.c_str());
+  {
+    tolvex::TemplateEdit edit(menu);
+    tolvex::test::BuildFullPage(menu, static_cast<unsigned>(state.range(0)));
+    edit.Commit();
+  }
+  const std::string bytes = ReadAll(path);
+  for (auto _ : state) DurableWrite(dir.path(), dir.File("floor.ini"), bytes);
+  state.counters["bytes"] = static_cast<double>(bytes.size());
+}
+BENCHMARK(BM_DurableWriteFloor)->Arg(36)->Unit(benchmark::kMillisecond);
+
+// A page of layouts 1..maxCount, so that its size grows with maxCount: 3 gives about 6 KB,
+// 8 about 38 KB and 44 about 550 KB.
+class PageFile {
+ public:
+  explicit PageFile(unsigned maxCount) : m_path(m_dir.File("menu.ini")), m_menu(m_path.c_str()) {
+    tolvex::TemplateEdit edit(m_menu);
+    tolvex::test::BuildFullPage(m_menu, maxCount);
+    edit.Commit();
+    struct stat info;
+    stat(m_path.c_str(), &info);
+    m_bytes = static_cast<double>(info.st_size);
+  }
+  const char* path() const { return m_path.c_str(); }
+  CMenuTemplate& menu() { return m_menu; }
+  double bytes() const { return m_bytes; }
+
+ private:
+  BenchDir m_dir;
+  std::string m_path;
+  CMenuTemplate m_menu;
+  double m_bytes = 0;
+};
+
+// Times `call` and stat() of the same file in batches, alternating, and reports the ratio.
+template <typename Call>
+void AgainstStat(benchmark::State& state, const PageFile& file, Call call) {
+  constexpr int kBatch = 200;
+  double called = 0, statted = 0;
+  struct stat info;
+  for (auto _ : state) {
+    Clock::time_point start = Clock::now();
+    for (int i = 0; i < kBatch; ++i) benchmark::DoNotOptimize(stat(file.path(), &info));
+    statted += Seconds(start);
+    start = Clock::now();
+    for (int i = 0; i < kBatch; ++i) call();
+    const double seconds = Seconds(start);
+    called += seconds;
+    state.SetIterationTime(seconds / kBatch);
+  }
+  state.counters["bytes"] = file.bytes();
+  state.counters["x_stat"] = called / statted;
+}
+
+void BM_ReadValue(benchmark::State& state) {
+  PageFile file(static_cast<unsigned>(state.range(0)));
+  char buffer[80];
+  AgainstStat(state, file, [&] {
+    GetPrivateProfileStringA("NumOfButton2", "ButtonPosition1_bottom", "default", buffer,
                              sizeof buffer, file.path());
     benchmark::DoNotOptimize(buffer);
-  }
+  });
 }
-BENCHMARK(BM_ReadValue)->RangeMultiplier(10)->Range(10, 10000);
-
-void BM_WriteValue(benchmark::State& state) {
-  BenchFile file(static_cast<int>(state.range(0)));
-  int n = 0;
-  for (auto _ : state) {
-    const std::string value = std::to_string(n++);
-    benchmark::DoNotOptimize(WritePrivateProfileStringA("NumOfButton12", "ButtonPosition5_top",
-                                                        value.c_str(), file.path()));
-  }
-}
-BENCHMARK(BM_WriteValue)->RangeMultiplier(10)->Range(10, 10000);
+BENCHMARK(BM_ReadValue)->Arg(3)->Arg(8)->Arg(44)->UseManualTime();
 
 void BM_GetBtnPosition(benchmark::State& state) {
-  BenchFile file(static_cast<int>(state.range(0)));
-  CMenuTemplate menu(file.path());
+  PageFile file(static_cast<unsigned>(state.range(0)));
   tagRECT rect{};
-  for (auto _ : state) benchmark::DoNotOptimize(menu.GetBtnPosition(5, &rect));
+  AgainstStat(state, file, [&] { benchmark::DoNotOptimize(file.menu().GetBtnPosition(1, &rect)); });
 }
-BENCHMARK(BM_GetBtnPosition)->RangeMultiplier(10)->Range(10, 10000);
+BENCHMARK(BM_GetBtnPosition)->Arg(3)->Arg(8)->Arg(36)->Arg(44)->UseManualTime();
 
 }  // namespace

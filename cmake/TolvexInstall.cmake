@@ -15,6 +15,7 @@ install(FILES
   include/tolvex/Export.h include/tolvex/WinTypes.h include/tolvex/CString.h
   include/tolvex/Profile.h include/tolvex/MenuTitle.h include/tolvex/MenuButton.h
   include/tolvex/MenuTemplate.h include/tolvex/MenuBmp.h include/tolvex/MenuMask.h
+  include/tolvex/TemplateEdit.h
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/tolvex)
 
 install(EXPORT TolvexMenuTemplateTargets NAMESPACE Tolvex:: DESTINATION ${TOLVEX_CMAKE_DIR})

@@ -14,13 +14,13 @@ char16_t FoldAscii(char16_t unit) {
 }
 
 // `range` ended at its first NUL.
-UnitRange CutAtNul(const std::u16string& units, UnitRange range) {
+UnitRange CutAtNul(std::u16string_view units, UnitRange range) {
   for (size_t i = range.begin; i < range.end; ++i)
     if (units[i] == kNul) return {range.begin, i};
   return range;
 }
 
-UnitRange TrimRange(const std::u16string& units, UnitRange range) {
+UnitRange TrimRange(std::u16string_view units, UnitRange range) {
   while (range.begin < range.end && IsBlank(units[range.begin])) ++range.begin;
   while (range.end > range.begin && IsBlank(units[range.end - 1])) --range.end;
   return range;
@@ -52,16 +52,10 @@ IniDocument::IniDocument(std::string_view bytes) : m_text(DecodeFile(bytes)) {
   if (!m_sections.empty()) m_sections.back().endLine = m_lines.size();
 }
 
-void IniDocument::AddLine(size_t begin, size_t contentEnd, size_t end, bool hasBreak) {
-  const std::u16string& units = m_text.units;
-  IniLine line;
-  line.whole = {begin, end};
-  line.hasBreak = hasBreak;
-  line.content = TrimRange(units, {begin, contentEnd});
-  if (line.content.empty()) return;
-
-  const size_t index = m_lines.size();
-  const UnitRange content = line.content;
+bool ParseLine(std::u16string_view units, size_t begin, size_t contentEnd, IniLine* line) {
+  line->content = TrimRange(units, {begin, contentEnd});
+  if (line->content.empty()) return false;
+  const UnitRange content = line->content;
   size_t lastBracket = content.end;
   if (units[content.begin] == '[') {
     for (size_t i = content.end; i > content.begin + 1; --i) {
@@ -71,9 +65,34 @@ void IniDocument::AddLine(size_t begin, size_t contentEnd, size_t end, bool hasB
       }
     }
   }
-  if (lastBracket != content.end) {
-    line.isHeader = true;
-    line.name = CutAtNul(units, TrimRange(units, {content.begin + 1, lastBracket}));
+  line->isHeader = lastBracket != content.end;
+  line->hasValue = false;
+  line->valueStart = line->value = UnitRange{};
+  if (line->isHeader) {
+    line->name = CutAtNul(units, TrimRange(units, {content.begin + 1, lastBracket}));
+    return true;
+  }
+  size_t equals = content.begin;
+  while (equals < content.end && units[equals] != '=') ++equals;
+  if (equals < content.end) {
+    line->hasValue = true;
+    line->name = CutAtNul(units, TrimRange(units, {content.begin, equals}));
+    line->valueStart = TrimRange(units, {equals + 1, content.end});
+    line->value = CutAtNul(units, line->valueStart);
+  } else {
+    line->name = CutAtNul(units, content);
+  }
+  return true;
+}
+
+void IniDocument::AddLine(size_t begin, size_t contentEnd, size_t end, bool hasBreak) {
+  IniLine line;
+  line.whole = {begin, end};
+  line.hasBreak = hasBreak;
+  if (!ParseLine(m_text.units, begin, contentEnd, &line)) return;
+
+  const size_t index = m_lines.size();
+  if (line.isHeader) {
     if (!m_sections.empty()) m_sections.back().endLine = index;
     IniSection section;
     section.name = line.name;
@@ -81,16 +100,6 @@ void IniDocument::AddLine(size_t begin, size_t contentEnd, size_t end, bool hasB
     m_sections.push_back(section);
     m_previousNameEmpty = false;
   } else {
-    size_t equals = content.begin;
-    while (equals < content.end && units[equals] != '=') ++equals;
-    if (equals < content.end) {
-      line.hasValue = true;
-      line.name = CutAtNul(units, TrimRange(units, {content.begin, equals}));
-      line.valueStart = TrimRange(units, {equals + 1, content.end});
-      line.value = CutAtNul(units, line.valueStart);
-    } else {
-      line.name = CutAtNul(units, content);
-    }
     if (m_sections.empty()) {
       IniSection nameless;
       nameless.nameless = true;

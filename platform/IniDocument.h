@@ -51,6 +51,11 @@ inline bool IsBlank(char16_t unit) {
 // Both ends of `text` trimmed of blanks.
 std::string_view TrimBlanks(std::string_view text);
 
+// Reads the line of `units` from `begin` up to `contentEnd` (where its line break, if any,
+// starts): fills `line`'s content, kind, name and value, all as ranges of `units`, and leaves
+// its other fields alone. False when the line trims to nothing, which the reading rules drop.
+bool ParseLine(std::u16string_view units, size_t begin, size_t contentEnd, IniLine* line);
+
 class IniDocument {
  public:
   explicit IniDocument(std::string_view bytes);

@@ -95,4 +95,11 @@ std::optional<std::string> RemoveSection(const IniDocument& document, std::strin
   return Splice(document, bytes, range, u"");
 }
 
+std::optional<std::string> EditProfileText(const IniDocument& document, std::string_view bytes,
+                                           const char* app, const char* key, const char* value) {
+  if (!key) return RemoveSection(document, bytes, app);
+  if (!value) return RemoveKey(document, bytes, app, key);
+  return SetValue(document, bytes, app, key, value);
+}
+
 }  // namespace tolvex::platform

@@ -28,6 +28,11 @@ std::optional<std::string> RemoveKey(const IniDocument& document, std::string_vi
 std::optional<std::string> RemoveSection(const IniDocument& document, std::string_view bytes,
                                          std::string_view app);
 
+// WritePrivateProfileStringA's change of `bytes` (non-NULL `app`): removes the section when
+// `key` is NULL, the key when `value` is NULL, else sets the value.
+std::optional<std::string> EditProfileText(const IniDocument& document, std::string_view bytes,
+                                           const char* app, const char* key, const char* value);
+
 }  // namespace tolvex::platform
 
 #endif  // TOLVEX_PLATFORM_INIEDITOR_H

@@ -53,4 +53,11 @@ uint32_t ListKeyNames(const IniDocument& document, const char* app, const char* 
   return CopyNameList(list, buffer, size);
 }
 
+uint32_t ReadProfileText(const IniDocument& document, const char* app, const char* key,
+                         const char* defaultText, char* buffer, uint32_t size) {
+  if (!app) return ListSectionNames(document, buffer, size);
+  if (!key) return ListKeyNames(document, app, defaultText, buffer, size);
+  return ReadValue(document, app, key, defaultText, buffer, size);
+}
+
 }  // namespace tolvex::platform

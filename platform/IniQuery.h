@@ -23,6 +23,11 @@ uint32_t ListSectionNames(const IniDocument& document, char* buffer, uint32_t si
 uint32_t ListKeyNames(const IniDocument& document, const char* app, const char* defaultText,
                       char* buffer, uint32_t size);
 
+// GetPrivateProfileStringA over `document`: the section list when `app` is NULL, the key list
+// when `key` is NULL, else one value.
+uint32_t ReadProfileText(const IniDocument& document, const char* app, const char* key,
+                         const char* defaultText, char* buffer, uint32_t size);
+
 }  // namespace tolvex::platform
 
 #endif  // TOLVEX_PLATFORM_INIQUERY_H

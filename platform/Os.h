@@ -5,6 +5,7 @@
 #ifndef TOLVEX_PLATFORM_OS_H
 #define TOLVEX_PLATFORM_OS_H
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -36,11 +37,27 @@ Status ReplaceFile(const std::string& target, std::string_view bytes);
 // with kAccessDenied when the target is read-only.
 Status CopyFile(const std::string& source, const std::string& target, bool failIfExists);
 
+// What names one file for the edits of a thread: the folder it is in, by device and inode, and
+// its name there. Two paths with the same identity reach the same file, whatever their spelling.
+struct FileIdentity {
+  uint64_t device = 0;
+  uint64_t inode = 0;
+  std::string name;
+  bool operator==(const FileIdentity& other) const {
+    return device == other.device && inode == other.inode && name == other.name;
+  }
+};
+
+// The identity of `target` (links already resolved). The file need not exist; its folder must.
+Status IdentifyFile(const std::string& target, FileIdentity* identity);
+
 // Creates `folder` and any missing parents.
 Status CreateFolders(const std::string& folder);
 
 // An exclusive lock shared by every writer of the files of one folder, in this and in other
-// processes. Released by the destructor. See posix/PosixLock.cpp for why it is a folder lock.
+// processes. Released by the destructor. Within one thread it is re-entrant: a thread that
+// already holds a folder's lock (an edit holds it from its start to its end) takes it again at
+// once. See posix/PosixLock.cpp for why it is a folder lock and for the lock order.
 class FolderLock {
  public:
   FolderLock() = default;
@@ -48,11 +65,14 @@ class FolderLock {
   FolderLock(const FolderLock&) = delete;
   FolderLock& operator=(const FolderLock&) = delete;
 
-  // Blocks until this caller holds the lock of the folder that contains `file`.
+  // Blocks until this caller holds the lock of the folder that contains `file`. Fails instead
+  // of waiting where waiting could deadlock (see the lock order in posix/PosixLock.cpp).
   Status Acquire(const std::string& file);
 
  private:
-  int m_handle = -1;
+  bool m_held = false;
+  uint64_t m_device = 0;
+  uint64_t m_inode = 0;
 };
 
 }  // namespace tolvex::platform::os

@@ -4,9 +4,11 @@
 // below is.
 #include <tolvex/Profile.h>
 
+#include <memory>
 #include <string>
 
 #include "platform/Os.h"
+#include "platform/ProfileEdit.h"
 #include "platform/ProfileStore.h"
 
 using tolvex::platform::Status;
@@ -43,5 +45,35 @@ BOOL CopyFileA(LPCSTR existing, LPCSTR newFile, BOOL failIfExists) {
     return FALSE;
   }
 }
+
+// The C handle is the edit itself.
+struct TolvexProfileEdit {
+  std::unique_ptr<tolvex::platform::ProfileEdit> edit;
+};
+
+TolvexProfileEdit* TolvexBeginProfileEdit(LPCSTR file) {
+  try {
+    auto handle = std::make_unique<TolvexProfileEdit>();
+    if (!tolvex::platform::ProfileEdit::Begin(file, &handle->edit).ok()) return nullptr;
+    return handle.release();
+  } catch (...) {  // std::bad_alloc, the only exception the layer below can raise
+    return nullptr;
+  }
+}
+
+BOOL TolvexProfileEditIsOpen(const TolvexProfileEdit* edit) {
+  return edit && edit->edit->IsOpen() ? TRUE : FALSE;
+}
+
+BOOL TolvexCommitProfileEdit(TolvexProfileEdit* edit) {
+  if (!edit) return FALSE;
+  try {
+    return edit->edit->Commit().ok() ? TRUE : FALSE;
+  } catch (...) {  // std::bad_alloc, the only exception the layer below can raise
+    return FALSE;
+  }
+}
+
+void TolvexEndProfileEdit(TolvexProfileEdit* edit) { delete edit; }
 
 }  // extern "C"

@@ -11,7 +11,9 @@
 #include "platform/IniEditor.h"
 #include "platform/IniQuery.h"
 #include "platform/Os.h"
+#include "platform/ProfileEdit.h"
 #include "platform/ProfileFolder.h"
+#include "platform/StagedProfile.h"
 
 namespace tolvex::platform {
 namespace {
@@ -57,15 +59,7 @@ Status LockedWrite(const char* app, const char* key, const char* value,
     return os::ReplaceFile(target, "");
   }
 
-  const IniDocument& document = Parsed(bytes);
-  std::optional<std::string> changed;
-  if (!key) {
-    changed = RemoveSection(document, bytes, app);
-  } else if (!value) {
-    changed = RemoveKey(document, bytes, app, key);
-  } else {
-    changed = SetValue(document, bytes, app, key, value);
-  }
+  std::optional<std::string> changed = EditProfileText(Parsed(bytes), bytes, app, key, value);
   if (!changed) return Status::Ok();
   return os::ReplaceFile(target, *changed);
 }
@@ -86,19 +80,16 @@ Status ReadProfileString(const char* app, const char* key, const char* defaultTe
                          char* buffer, uint32_t size, const char* file, uint32_t* length) {
   *length = 0;
   if (size == 0) return Status::Ok();
+  if (StagedProfile* staged = StagedFileFor(file)) {
+    *length = staged->Read(app, key, defaultText, buffer, size);
+    return Status::Ok();
+  }
   std::string path, bytes;
   Status status = ResolveProfilePath(file, &path);
   if (status.ok()) status = os::ReadWholeFile(path, &bytes);
   if (!status.ok()) bytes.clear();
 
-  const IniDocument& document = Parsed(std::move(bytes));
-  if (!app) {
-    *length = ListSectionNames(document, buffer, size);
-  } else if (!key) {
-    *length = ListKeyNames(document, app, defaultText, buffer, size);
-  } else {
-    *length = ReadValue(document, app, key, defaultText, buffer, size);
-  }
+  *length = ReadProfileText(Parsed(std::move(bytes)), app, key, defaultText, buffer, size);
   return status;
 }
 
@@ -107,6 +98,10 @@ Status WriteProfileString(const char* app, const char* key, const char* value,
   // The call that flushes the Windows profile cache: we have no cache, so it just succeeds.
   if (!app && !key && !value) return Status::Ok();
   if (!app) return Status::Error(StatusCode::kInvalidArgument);
+  if (StagedProfile* staged = StagedFileFor(file)) {
+    staged->Write(app, key, value);
+    return Status::Ok();
+  }
   std::string path;
   Status status = ResolveProfilePath(file, &path);
   if (!status.ok()) return status;

@@ -140,12 +140,13 @@ std::string EncodeUnits(std::u16string_view units, FileEncoding encoding) {
 
 std::u16string UnitsFromAnsi(std::string_view ansi, FileEncoding encoding) {
   std::u16string units;
-  units.reserve(ansi.size());
   switch (encoding) {
     case FileEncoding::kAnsi:
-      for (char byte : ansi) units.push_back(static_cast<unsigned char>(byte));
+      units.resize(ansi.size());
+      for (size_t i = 0; i < ansi.size(); ++i) units[i] = static_cast<unsigned char>(ansi[i]);
       break;
     case FileEncoding::kUtf8: {
+      units.reserve(ansi.size());
       std::string utf8;
       for (char byte : ansi) AppendUtf8(utf8, Cp1252ToUnicode(static_cast<unsigned char>(byte)));
       for (char byte : utf8) units.push_back(static_cast<unsigned char>(byte));
@@ -153,6 +154,7 @@ std::u16string UnitsFromAnsi(std::string_view ansi, FileEncoding encoding) {
     }
     case FileEncoding::kUtf16Le:
     case FileEncoding::kUtf16Be:
+      units.reserve(ansi.size());
       for (char byte : ansi) units.push_back(Cp1252ToUnicode(static_cast<unsigned char>(byte)));
       break;
   }

@@ -1,5 +1,5 @@
-// The check command: reads the whole page (on a scratch copy) and reports, one line each, what
-// will go wrong when the page is rendered or shown on a television: counts and layouts that do
+// The check command: reads the whole page (in a read-only session) and reports, one line each,
+// what will go wrong when the page is rendered or shown on a television: counts and layouts that do
 // not agree; buttons off the canvas, on top of each other, outside the title-safe area or on
 // odd lines; frames too thin for interlaced pictures or so thick they squash the picture;
 // titles cut off or running over a neighbour (measured with the renderer's own text layout);
@@ -14,7 +14,7 @@
 #include "tools/PictureCheck.h"
 #include "tools/RawProfile.h"
 #include "tools/Rescale.h"
-#include "tools/TemplateCopy.h"
+#include "tools/TemplateSession.h"
 #include "tools/ToolError.h"
 
 #include "renderer/Page.h"
@@ -87,8 +87,10 @@ struct PlacedTitle {
 
 class Checker {
  public:
-  Checker(const TemplatePath& file, const PageReading& page, Report* report)
-      : m_file(file), m_page(page), m_report(*report) {}
+  // `edited` is the name under which the session reaches the template's edit.
+  Checker(const TemplatePath& file, const std::string& edited, const PageReading& page,
+          Report* report)
+      : m_file(file), m_edited(edited), m_page(page), m_report(*report) {}
 
   void Run() {
     CheckCounts();
@@ -136,7 +138,7 @@ class Checker {
     for (const Reading& reading : readings) {
       const Property& property = *reading.property;
       for (const KeyRef& ref : KeysOf(property, where, layout)) {
-        std::optional<std::string> raw = RawValue(m_file.library(), ref.section, ref.key);
+        std::optional<std::string> raw = RawValue(m_edited, ref.section, ref.key);
         if (!raw) continue;
         std::string label = Join(place, property.ShortName());
         if (*raw == "default")
@@ -200,7 +202,7 @@ class Checker {
   // A title's text as the renderer reads it: whole, where the library's getter cuts at 79.
   std::string FullText(const std::string& property, unsigned where, long long layout) {
     KeyRef ref = KeysOf(*FindProperty(property), where, layout)[0];
-    std::optional<std::string> raw = RawValue(m_file.library(), ref.section, ref.key);
+    std::optional<std::string> raw = RawValue(m_edited, ref.section, ref.key);
     if (!raw || *raw == "default") return "";
     return raw->substr(0, 999);  // the renderer reads 1000 bytes, the terminating zero included
   }
@@ -382,6 +384,7 @@ class Checker {
   }
 
   const TemplatePath& m_file;
+  const std::string& m_edited;
   const PageReading& m_page;
   Report& m_report;
   Canvas m_canvas = Canvas::Ntsc();
@@ -392,10 +395,10 @@ class Checker {
 
 int CheckTemplate(const std::string& file, std::ostream& out, int* errors) {
   TemplatePath path(file);
-  ScratchCopy scratch(path);
-  PageReading page = ReadPage(scratch.path());
+  TemplateSession session(path, TemplateSession::Purpose::kRead);
+  PageReading page = ReadPage(session);
   Report report(file, out);
-  Checker(path, page, &report).Run();
+  Checker(path, session.path(), page, &report).Run();
   if (errors) *errors = report.errors();
   return report.Status();
 }

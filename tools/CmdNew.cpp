@@ -1,13 +1,13 @@
-// The new command: writes a complete, renderable template through CMenuTemplate, on a staged
-// file that replaces FILE only when every value has been written. Layouts for 1..max buttons
+// The new command: writes a complete, renderable template through CMenuTemplate, in one edit
+// that becomes FILE only when every value has been written. Layouts for 1..max buttons
 // are written by switching "CurrentNumberOfButton" to each count in turn; it ends at --buttons.
 // Buttons are numbered from 1 ("Chapter 1" is button 1, at the library index ButtonNumber.h
 // gives). The previous and next buttons are written in any case, shown only with --nav.
 #include "tools/ButtonNumber.h"
 #include "tools/Commands.h"
 #include "tools/Grid.h"
-#include "tools/TemplateCopy.h"
 #include "tools/TemplatePath.h"
+#include "tools/TemplateSession.h"
 #include "tools/ToolError.h"
 #include "tools/Values.h"
 
@@ -71,9 +71,10 @@ int RunNew(const NewOptions& options) {
                                   &options.buttonPicture})
     if (!IsOneLine(*text)) throw ToolError(file.given(), kNotOneLine);
 
-  StagedEdit edit(file, /*fromOriginal=*/false, options.force);
-  CMenuTemplate menu{CString(edit.path().c_str())};
-  Writer write(file, &menu);
+  // A symbolic link, even one to a file not made yet, stays a link: the edit writes its target.
+  TemplateSession edit(file, options.force ? TemplateSession::Purpose::kReplace
+                                           : TemplateSession::Purpose::kCreate);
+  Writer write(file, &edit.menu());
   using C = CMenuTemplate;
 
   write("the mode", &C::SetTemplateMode, ntsc ? 1 : 0);

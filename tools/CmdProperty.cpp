@@ -1,6 +1,6 @@
 // The get and set commands: one property of the table, read from or written to a template
-// through CMenuTemplate. set edits a staged copy and renames it over the file, so a setter of
-// several keys that fails half-way leaves the file as it was. Buttons are addressed by their
+// through CMenuTemplate. set makes its change in one edit of the file, so a setter of several
+// keys that fails half-way leaves the file as it was. Buttons are addressed by their
 // tool number (see ButtonNumber.h); set warns at once about what will not read back.
 #include "tools/ButtonNumber.h"
 #include "tools/Commands.h"
@@ -8,17 +8,14 @@
 #include "tools/Properties.h"
 #include "tools/RawProfile.h"
 #include "tools/Rescale.h"
-#include "tools/TemplateCopy.h"
 #include "tools/TemplatePath.h"
+#include "tools/TemplateSession.h"
 #include "tools/ToolError.h"
 
 #include <iostream>
 
 namespace menutool {
 namespace {
-
-// How often set starts again when another writer keeps changing the file under it.
-constexpr int kEditAttempts = 5;
 
 struct Target {
   const Property* property;
@@ -134,33 +131,20 @@ int RunSet(const PropertyOptions& options) {
       throw ToolError(file.given(), property.name + " " + property.slots[i].name + ": " + why);
     values.push_back(*value);
   }
-  file.RequireWritable();
-  RequireLayout(target, file);
   const bool newMode = property.name == "mode";
   if (options.rescale && !newMode) throw ToolError(file.given(), "--rescale goes only with mode");
-  WarnAboutReadBack(target, values);
 
-  // Another writer changing the file meanwhile makes the edit start again on its new bytes.
-  for (int attempt = 1;; ++attempt) {
-    try {
-      StagedEdit edit(file, /*fromOriginal=*/true);
-      CMenuTemplate menu{CString(edit.path().c_str())};
-      // The page as it was, for scaling it to the canvas of the new mode.
-      std::optional<PageReading> before;
-      if (newMode) {
-        ScratchCopy scratch(file);
-        before = ReadPage(scratch.path());
-      }
-      if (!property.set(menu, target.where, values))
-        throw ToolError(file.given(), "cannot write " + target.label);
-      if (newMode) ChangeCanvas(*before, values[0].number != 0, options.rescale, file, menu);
-      edit.Commit();
-      break;
-    } catch (const StagedEdit::ChangedMeanwhile&) {
-      if (attempt == kEditAttempts)
-        throw ToolError(file.given(), "keeps being changed by another program; nothing written");
-    }
-  }
+  // Every read below goes to the edit too, so the change is made on what it reads.
+  TemplateSession edit(file, TemplateSession::Purpose::kChange);
+  RequireLayout(target, file);
+  WarnAboutReadBack(target, values);
+  // The page as it was, for scaling it to the canvas of the new mode.
+  std::optional<PageReading> before;
+  if (newMode) before = ReadPage(edit);
+  if (!property.set(edit.menu(), target.where, values))
+    throw ToolError(file.given(), "cannot write " + target.label);
+  if (newMode) ChangeCanvas(*before, values[0].number != 0, options.rescale, file, edit.menu());
+  edit.Commit();
   return kExitOk;
 }
 

@@ -1,9 +1,9 @@
 // The show command: the whole page as the library reads it, as JSON for programs or as an
-// indented listing for people. The reading is done by PageReader on a scratch copy, so the
-// template file is left byte for byte as it was.
+// indented listing for people. PageReader reads it in an edit that is never committed, so the
+// template file is left byte for byte as it was. The JSON's texts are Unicode (JsonText.h).
 #include "tools/Commands.h"
 #include "tools/PageReader.h"
-#include "tools/TemplateCopy.h"
+#include "tools/TemplateSession.h"
 #include "tools/ToolError.h"
 
 #include <nlohmann/json.hpp>
@@ -101,8 +101,8 @@ void PrintPage(const std::string& file, const PageReading& page) {
 
 int RunShow(const std::string& file, bool asJson) {
   TemplatePath path(file);
-  ScratchCopy scratch(path);
-  PageReading page = ReadPage(scratch.path());
+  TemplateSession session(path, TemplateSession::Purpose::kRead);
+  PageReading page = ReadPage(session);
   if (asJson)
     std::cout << PageJson(file, page).dump(2, ' ', false, json::error_handler_t::replace) << "\n";
   else

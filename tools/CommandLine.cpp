@@ -77,6 +77,17 @@ int RunCommandLine(int argc, char** argv) {
   cmd->add_option("FILE", file, "template file")->required();
   cmd->callback([&] { run = [&] { return RunCheck(file); }; });
 
+  std::string changes;
+  cmd = app.add_subcommand("apply", "write a JSON document shaped as show --json prints it");
+  cmd->add_option("FILE", file, "template file")->required();
+  cmd->add_option("CHANGES", changes, "JSON file, or - for the standard input")->required();
+  cmd->footer(
+      "CHANGES holds all or any part of what show --json prints; null leaves a value as it is,\n"
+      "and a value of several parts may give only some of them. Texts are Unicode and must be\n"
+      "characters of code page 1252, the template's encoding, so every one of its bytes round-\n"
+      "trips. Everything is written in one edit: all of it, or on any error nothing.\n");
+  cmd->callback([&] { run = [&] { return RunApply(file, changes); }; });
+
   std::string preview;
   cmd = app.add_subcommand("render", "render the menu picture and its mask");
   cmd->add_option("FILE", file, "template file")->required();

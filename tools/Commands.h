@@ -40,6 +40,8 @@ int RunCheck(const std::string& file);
 // check's findings on `out`, one line each; returns check's exit status and, in `errors`, how
 // many findings were errors. For render, which refuses a page with errors.
 int CheckTemplate(const std::string& file, std::ostream& out, int* errors);
+// `changes` is a JSON file in the shape show --json prints, or "-" for the standard input.
+int RunApply(const std::string& file, const std::string& changes);
 int RunRender(const std::string& file, const std::string& preview, bool force);
 int RunResize(const std::string& source, const std::string& target, unsigned width,
               unsigned height);

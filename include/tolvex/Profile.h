@@ -34,6 +34,24 @@ TOLVEX_PROFILE_API BOOL WritePrivateProfileStringA(LPCSTR app, LPCSTR key, LPCST
 // `failIfExists` is set and the target exists, or when the target is read-only.
 TOLVEX_PROFILE_API BOOL CopyFileA(LPCSTR existing, LPCSTR newFile, BOOL failIfExists);
 
+// Edits: many changes of one file written at once, with one atomic replace (the C form of
+// tolvex::TemplateEdit, <tolvex/TemplateEdit.h>, which describes them in full).
+// TolvexBeginProfileEdit starts an edit of `file` (the path rules above) for the calling
+// thread: until it ends, that thread's reads and writes of the file, by any name, go to a copy
+// in memory, and writers in other threads and processes wait. Returns NULL when the file
+// cannot be edited (empty path, missing folder, read-only file, or a lock that could only be
+// taken at the risk of a deadlock); the calls then go to the file as usual.
+typedef struct TolvexProfileEdit TolvexProfileEdit;
+TOLVEX_PROFILE_API TolvexProfileEdit* TolvexBeginProfileEdit(LPCSTR file);
+// TRUE while the edit stages changes: begun, and neither committed nor ended by an outer edit.
+TOLVEX_PROFILE_API BOOL TolvexProfileEditIsOpen(const TolvexProfileEdit* edit);
+// Writes every staged change with one durable atomic replace and ends the edit. FALSE when the
+// file could not be written (it is then left byte for byte as it was) or the edit was not open.
+TOLVEX_PROFILE_API BOOL TolvexCommitProfileEdit(TolvexProfileEdit* edit);
+// Frees the edit, dropping the changes of an edit that was not committed. NULL is ignored.
+// Must be called by the thread that began the edit.
+TOLVEX_PROFILE_API void TolvexEndProfileEdit(TolvexProfileEdit* edit);
+
 #  ifdef __cplusplus
 }
 #  endif

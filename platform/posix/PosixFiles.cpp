@@ -147,6 +147,15 @@ Status CopyFile(const std::string& source, const std::string& target, bool failI
   return posix::ReplaceAtomically(resolved, bytes, &copyMode);
 }
 
+Status IdentifyFile(const std::string& target, FileIdentity* identity) {
+  struct stat folder;
+  if (::stat(posix::FolderOf(target).c_str(), &folder) != 0) return StatusFromErrno(errno);
+  identity->device = folder.st_dev;
+  identity->inode = folder.st_ino;
+  identity->name = posix::BaseNameOf(target);
+  return Status::Ok();
+}
+
 Status CreateFolders(const std::string& folder) {
   if (folder.empty()) return StatusFromErrno(ENOENT);
   std::string::size_type position = 0;

@@ -16,15 +16,31 @@
 //    rename happens. The price is that writers of different files in one folder take turns;
 //    each holds the lock for one small file's read and write.
 //  - Readers take no lock: the atomic rename lets them see the old file or the new one.
-// Lock order: a call holds at most one FolderLock at a time (CopyFileA reads its source
-// without one), so there is no order to get wrong. The descriptor is close-on-exec, and the
-// lock is released explicitly with LOCK_UN so a child forked meanwhile cannot keep it.
+//
+// What an edit holds: an edit (ProfileEdit.h) takes its file's folder lock when it begins and
+// keeps it until it commits or is dropped, so that writers elsewhere (other threads, other
+// processes) wait for it and no update is lost on either side. Readers elsewhere are not
+// held up; they see the file as it was until the commit renames the new one over it.
+// Because the edit's thread keeps the lock while it goes on making other calls, the lock is
+// re-entrant per thread: each thread records the folders it holds (by device and inode), and a
+// second Acquire of a held folder, by a plain write to another file of that folder or by a
+// second edit there, only counts up. Other threads never share that record; their Acquire
+// opens the folder again and waits on flock() as any other process does.
+//
+// Lock order: a thread may hold several folder locks only through edits. It waits only for a
+// folder that sorts after every folder it holds (by device, then inode); for any other it tries
+// once without waiting and fails with EDEADLK when the folder is busy. Every wait thus goes up
+// the same order in every thread and process, so no cycle of waiters can form. Plain calls hold
+// one lock at a time and always wait. The descriptor is close-on-exec, and the lock is released
+// explicitly with LOCK_UN so a child forked meanwhile cannot keep it.
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <string>
+#include <vector>
 
 #include "platform/Os.h"
 #include "platform/posix/PosixPaths.h"
@@ -32,24 +48,66 @@
 #include "platform/posix/Syscalls.h"
 
 namespace tolvex::platform::os {
+namespace {
+
+struct HeldFolder {
+  uint64_t device;
+  uint64_t inode;
+  int fd;
+  int count;
+};
+
+// The folder locks this thread holds.
+thread_local std::vector<HeldFolder> t_held;
+
+bool SortsBefore(uint64_t device, uint64_t inode, const HeldFolder& held) {
+  return device != held.device ? device < held.device : inode < held.inode;
+}
+
+}  // namespace
+
 FolderLock::~FolderLock() {
-  if (m_handle >= 0) {
-    ::flock(m_handle, LOCK_UN);
-    ::close(m_handle);
+  if (!m_held) return;
+  for (auto it = t_held.begin(); it != t_held.end(); ++it) {
+    if (it->device != m_device || it->inode != m_inode) continue;
+    if (--it->count == 0) {
+      ::flock(it->fd, LOCK_UN);
+      ::close(it->fd);
+      t_held.erase(it);
+    }
+    return;
   }
 }
 
 Status FolderLock::Acquire(const std::string& file) {
-  if (m_handle >= 0) return Status::Error(StatusCode::kInvalidArgument);
+  if (m_held) return Status::Error(StatusCode::kInvalidArgument);
   // The folder open is not a fault-injection point; the flock below is.
   int fd = ::open(posix::FolderOf(file).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (fd < 0) return StatusFromErrno(errno);
-  if (sys::Flock(fd, LOCK_EX) != 0) {
+  struct stat info;
+  if (::fstat(fd, &info) != 0) {
     Status status = StatusFromErrno(errno);
     sys::CloseQuietly(fd);
     return status;
   }
-  m_handle = fd;
+  const uint64_t device = info.st_dev, inode = info.st_ino;
+  bool mayWait = true;
+  for (HeldFolder& held : t_held) {
+    if (held.device == device && held.inode == inode) {
+      sys::CloseQuietly(fd);
+      ++held.count;
+      m_held = true, m_device = device, m_inode = inode;
+      return Status::Ok();
+    }
+    if (SortsBefore(device, inode, held)) mayWait = false;
+  }
+  if (sys::Flock(fd, mayWait ? LOCK_EX : LOCK_EX | LOCK_NB) != 0) {
+    Status status = StatusFromErrno(errno == EWOULDBLOCK ? EDEADLK : errno);
+    sys::CloseQuietly(fd);
+    return status;
+  }
+  t_held.push_back({device, inode, fd, 1});
+  m_held = true, m_device = device, m_inode = inode;
   return Status::Ok();
 }
 

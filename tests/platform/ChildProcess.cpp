@@ -11,6 +11,7 @@
 #include "platform/FaultInjection.h"
 
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <string>
 
@@ -56,7 +57,38 @@ int DiesAt(char** args) {
   return WritePrivateProfileStringA("s", "k", "new", args[0]) ? 0 : 1;
 }
 
+// read <file> <section> <key>: prints the value read (the default is "<none>").
+int Reader(char** args) {
+  char buffer[256];
+  GetPrivateProfileStringA(args[1], args[2], "<none>", buffer, sizeof buffer, args[0]);
+  std::printf("%s", buffer);
+  return 0;
+}
+
+// signal-then-write <file> <flag> <key>: creates <flag>, then writes <key>=child in "s".
+int SignalThenWrite(char** args) {
+  if (FILE* flag = std::fopen(args[1], "w")) std::fclose(flag);
+  return WritePrivateProfileStringA("s", args[2], "child", args[0]) ? 0 : 1;
+}
+
+// edit-dies-at <file> <primitive> <nth>: stages keys k0..k99 in an edit and is SIGKILLed just
+// before the nth call of <primitive> during its commit.
+int EditDiesAt(char** args) {
+  TolvexProfileEdit* edit = TolvexBeginProfileEdit(args[0]);
+  if (!edit) return 3;
+  for (int i = 0; i < 100; ++i) {
+    std::string key = "k" + std::to_string(i);
+    if (!WritePrivateProfileStringA("s", key.c_str(), "new", args[0])) return 1;
+  }
+  auto primitive = static_cast<platform::Primitive>(std::atoi(args[1]));
+  platform::RunBeforeNthCall(primitive, std::atoi(args[2]), [] { raise(SIGKILL); });
+  return TolvexCommitProfileEdit(edit) ? 0 : 1;
+}
+
 int RunChild(const std::string& role, char** args) {
+  if (role == "read") return Reader(args);
+  if (role == "signal-then-write") return SignalThenWrite(args);
+  if (role == "edit-dies-at") return EditDiesAt(args);
   if (role == "writer") return Writer(args);
   if (role == "flipper") return Flipper(args);
   if (role == "filesize") return FileSize(args);
@@ -76,6 +108,32 @@ pid_t SpawnChild(const std::string& role, const std::vector<std::string>& args) 
   int error = posix_spawn(&pid, "/proc/self/exe", nullptr, nullptr, argv.data(), environ);
   EXPECT_EQ(error, 0) << "cannot start a child: " << std::strerror(error);
   return pid;
+}
+
+std::string ChildOutput(const std::string& role, const std::vector<std::string>& args) {
+  int fds[2];
+  if (pipe(fds) != 0) return "<no pipe>";
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, fds[1], 1);
+  posix_spawn_file_actions_addclose(&actions, fds[0]);
+  std::vector<std::string> all = {"/proc/self/exe", "--tolvex-child", role};
+  all.insert(all.end(), args.begin(), args.end());
+  std::vector<char*> argv;
+  for (std::string& arg : all) argv.push_back(arg.data());
+  argv.push_back(nullptr);
+  pid_t pid = -1;
+  int error = posix_spawn(&pid, "/proc/self/exe", &actions, nullptr, argv.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  close(fds[1]);
+  std::string out;
+  char buffer[256];
+  ssize_t got;
+  while ((got = read(fds[0], buffer, sizeof buffer)) > 0) out.append(buffer, static_cast<size_t>(got));
+  close(fds[0]);
+  if (error != 0) return "<no child>";
+  WaitChild(pid);
+  return out;
 }
 
 int WaitChild(pid_t pid) {

@@ -14,6 +14,8 @@ namespace tolvex::test {
 pid_t SpawnChild(const std::string& role, const std::vector<std::string>& args);
 // Waits for `pid` and returns its wait status.
 int WaitChild(pid_t pid);
+// Runs the child in `role` to its end and returns what it printed.
+std::string ChildOutput(const std::string& role, const std::vector<std::string>& args);
 
 }  // namespace tolvex::test
 

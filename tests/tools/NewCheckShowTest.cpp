@@ -10,6 +10,8 @@
 #include <set>
 #include <sstream>
 
+#include <sys/stat.h>
+
 namespace tolvex::test {
 namespace {
 
@@ -94,6 +96,14 @@ TEST(NewCommand, BareNameMeansTheCurrentFolderAndAFileIsOnlyReplacedWhenForced) 
   EXPECT_NE(tooMany.err.find("more than --max"), std::string::npos) << tooMany.err;
   EXPECT_EQ(RunTool({"new", other, "--buttons", "37"}).status, 2);
   EXPECT_FALSE(FileExists(other));
+
+  // A symbolic link stays a link, even one whose file is not made yet.
+  const std::string link = dir.File("link.ini"), target = dir.File("made/by/link.ini");
+  std::filesystem::create_directories(dir.File("made/by"));
+  std::filesystem::create_symlink("made/by/link.ini", link);
+  EXPECT_EQ(RunTool({"new", link, "--buttons", "2"}).status, 0);
+  EXPECT_TRUE(std::filesystem::is_symlink(link));
+  EXPECT_EQ(RunTool({"get", target, "buttons.current"}).out, "2\n");
 }
 
 std::string Button(int i, int left, int top, int right, int bottom) {
@@ -189,8 +199,13 @@ TEST(ShowCommand, ReportsThePageAsReadAndShowAndCheckLeaveTheFileByteForByte) {
   EXPECT_EQ(three["buttons"][1]["title"], "Three");
   EXPECT_EQ(page["layouts"][3]["buttons"][0]["picture"], "nine.png");
 
-  EXPECT_NE(RunTool({"check", file}).status, -1);
+  const ToolResult checked = RunTool({"check", file});
+  EXPECT_NE(checked.status, -1);
   EXPECT_EQ(ReadFile(file), kTemplate);
+  // A template that cannot be edited reads the same.
+  chmod(file.c_str(), 0444);
+  EXPECT_EQ(ShowJson(file), page);
+  EXPECT_EQ(RunTool({"check", file}).out, checked.out);
   // Nothing is left behind in the template's folder either.
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 1);
 }

@@ -1,0 +1,317 @@
+// The indexed form of a profile file. It is built from the parse of IniDocument and changes
+// lines with ParseLine, the parser's own rule for one line, so both always read a text alike.
+// Names are indexed folded to lower case for ASCII letters only, which is how names match.
+#include "platform/IndexedIni.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "platform/IniEditor.h"
+#include "platform/ResultBuffer.h"
+
+namespace tolvex::platform {
+namespace {
+
+const std::u16string_view kCrLf = u"\r\n";
+
+std::u16string Folded(std::u16string folded) {
+  for (char16_t& unit : folded)
+    if (unit >= 'A' && unit <= 'Z') unit = static_cast<char16_t>(unit + ('a' - 'A'));
+  return folded;
+}
+
+std::u16string Folded(std::u16string_view name) { return Folded(std::u16string(name)); }
+
+std::u16string_view View(const std::u16string& units, UnitRange range) {
+  return std::u16string_view(units).substr(range.begin, range.size());
+}
+
+bool HasLineBreak(std::u16string_view units) {
+  return units.find_first_of(u"\r\n") != std::u16string_view::npos;
+}
+
+std::string_view WithoutLeadingBlanks(std::string_view text) {
+  while (!text.empty() && IsBlank(static_cast<unsigned char>(text.front()))) text.remove_prefix(1);
+  return text;
+}
+
+UnitRange Shifted(UnitRange range, size_t by) { return {range.begin - by, range.end - by}; }
+
+}  // namespace
+
+IndexedIni::IndexedIni(std::string_view bytes) {
+  const IniDocument document(bytes);
+  const FileText& text = document.text();
+  const std::u16string& units = text.units;
+  const auto& lines = document.lines();
+  m_encoding = text.encoding;
+  m_mark = std::string(bytes.substr(0, text.markBytes));
+  m_tail = std::string(bytes.substr(std::min(bytes.size(), text.ByteOffset(units.size()))));
+  m_prefix = units.substr(0, lines.empty() ? units.size() : lines[0].whole.begin);
+  m_sections.reserve(document.sections().size());
+  for (const IniSection& parsed : document.sections()) {
+    Section section;
+    section.lines.reserve(parsed.endLine - parsed.firstLine);
+    for (size_t i = parsed.firstLine; i < parsed.endLine; ++i) {
+      const IniLine& from = lines[i];
+      const size_t begin = from.whole.begin;
+      const size_t end = i + 1 < lines.size() ? lines[i + 1].whole.begin : units.size();
+      Line line;
+      line.units = units.substr(begin, end - begin);
+      line.parse = from;
+      line.parse.whole = Shifted(from.whole, begin);
+      line.parse.content = Shifted(from.content, begin);
+      line.parse.name = Shifted(from.name, begin);
+      if (from.hasValue) {
+        line.parse.valueStart = Shifted(from.valueStart, begin);
+        line.parse.value = Shifted(from.value, begin);
+      }
+      line.breakAt = line.parse.content.end;
+      while (line.breakAt < line.parse.whole.end && line.units[line.breakAt] != '\r' &&
+             line.units[line.breakAt] != '\n')
+        ++line.breakAt;
+      m_memory += sizeof(Line) + line.units.capacity() * sizeof(char16_t);
+      section.lines.push_back(std::move(line));
+    }
+    m_sections.push_back(std::move(section));
+    IndexSection(static_cast<uint32_t>(m_sections.size() - 1));
+  }
+  m_memory += sizeof(*this) + m_prefix.size() * 2 + m_sections.size() * sizeof(Section);
+}
+
+void IndexedIni::IndexSection(uint32_t index) {
+  Section& section = m_sections[index];
+  m_firstSection.emplace(Folded(NameOf(section)), index);
+  for (uint32_t i = 0; i < section.lines.size(); ++i) {
+    const Line& line = section.lines[i];
+    if (line.parse.isHeader || line.parse.dropped) continue;
+    if (section.entries.emplace(Folded(View(line.units, line.parse.name)), i).second)
+      m_memory += 64 + line.parse.name.size() * 2;
+  }
+}
+
+std::u16string_view IndexedIni::NameOf(const Section& section) const {
+  const Line& first = section.lines.front();
+  return first.parse.isHeader ? View(first.units, first.parse.name) : std::u16string_view();
+}
+
+int IndexedIni::FindSection(const std::u16string& folded) const {
+  auto found = m_firstSection.find(folded);
+  return found == m_firstSection.end() ? -1 : static_cast<int>(found->second);
+}
+
+const IndexedIni::Line* IndexedIni::FindEntry(const Section& section,
+                                              const std::u16string& folded) const {
+  auto found = section.entries.find(folded);
+  return found == section.entries.end() ? nullptr : &section.lines[found->second];
+}
+
+std::string IndexedIni::Bytes() const {
+  const size_t unitBytes =
+      m_encoding == FileEncoding::kUtf16Le || m_encoding == FileEncoding::kUtf16Be ? 2 : 1;
+  size_t total = m_mark.size() + m_prefix.size() * unitBytes + m_tail.size();
+  for (const Section& section : m_sections)
+    for (const Line& line : section.lines) total += line.units.size() * unitBytes;
+  std::string out;
+  out.reserve(total);
+  out += m_mark;
+  out += EncodeUnits(m_prefix, m_encoding);
+  for (const Section& section : m_sections) {
+    for (const Line& line : section.lines) {
+      if (unitBytes == 1) {
+        // Units of one-byte encodings are bytes: copied straight, the common case.
+        size_t at = out.size();
+        out.resize(at + line.units.size());
+        char* to = out.data() + at;
+        for (char16_t unit : line.units) *to++ = static_cast<char>(unit & 0xFF);
+      } else {
+        out += EncodeUnits(line.units, m_encoding);
+      }
+    }
+  }
+  out += m_tail;
+  return out;
+}
+
+uint32_t IndexedIni::Read(const char* app, const char* key, const char* defaultText,
+                          char* buffer, uint32_t size) const {
+  if (!app) return ListSectionNames(buffer, size);
+  if (!key) return ListKeyNames(app, defaultText, buffer, size);
+  return ReadValue(app, key, defaultText, buffer, size);
+}
+
+uint32_t IndexedIni::ReadValue(const char* app, const char* key, const char* defaultText,
+                               char* buffer, uint32_t size) const {
+  if (size == 0) return 0;
+  int section = FindSection(Folded(Units(TrimBlanks(app))));
+  if (section >= 0) {
+    const Line* entry = FindEntry(m_sections[section], Folded(Units(TrimBlanks(key))));
+    if (entry && entry->parse.hasValue)
+      return CopyValueText(AnsiFromUnits(View(entry->units, entry->parse.value), m_encoding),
+                           buffer, size);
+  }
+  return CopyValueText(TrimDefaultSpaces(defaultText ? defaultText : ""), buffer, size);
+}
+
+uint32_t IndexedIni::ListSectionNames(char* buffer, uint32_t size) const {
+  std::string list;
+  for (const Section& section : m_sections) {
+    std::u16string_view name = NameOf(section);
+    if (name.empty()) continue;
+    list += AnsiFromUnits(name, m_encoding);
+    list.push_back('\0');
+  }
+  return CopyNameList(list, buffer, size);
+}
+
+uint32_t IndexedIni::ListKeyNames(const char* app, const char* defaultText, char* buffer,
+                                  uint32_t size) const {
+  if (size == 0) return 0;
+  std::string list;
+  bool firstEmpty = false;
+  int found = size > 2 ? FindSection(Folded(Units(app))) : -1;
+  if (found >= 0) {
+    for (const Line& line : m_sections[found].lines) {
+      const IniLine& parse = line.parse;
+      if (parse.isHeader || parse.dropped || !parse.hasValue) continue;
+      if (!parse.name.empty() && line.units[parse.name.begin] == ';') continue;
+      if (list.empty() && parse.name.empty()) firstEmpty = true;
+      list += AnsiFromUnits(View(line.units, parse.name), m_encoding);
+      list.push_back('\0');
+    }
+  }
+  if (list.empty() || firstEmpty)
+    return CopyValueText(defaultText ? defaultText : "", buffer, size);
+  return CopyNameList(list, buffer, size);
+}
+
+bool IndexedIni::Write(const char* app, const char* key, const char* value) {
+  if (!key || !value) return Rebuild(app, key, value);
+  const std::u16string newValue = Units(WithoutLeadingBlanks(value));
+  Outcome outcome = Outcome::kRebuild;
+  if (!HasLineBreak(newValue)) {
+    int found = FindSection(Folded(Units(TrimBlanks(app))));
+    if (found < 0) {
+      outcome = AddSection(app, key, newValue);
+    } else {
+      Section& section = m_sections[found];
+      auto entry = section.entries.find(Folded(Units(TrimBlanks(key))));
+      outcome = entry == section.entries.end() ? AddEntry(section, key, newValue)
+                                               : SetExisting(section.lines[entry->second], newValue);
+    }
+  }
+  if (outcome == Outcome::kRebuild) return Rebuild(app, key, value);
+  return outcome == Outcome::kChanged;
+}
+
+IndexedIni::Outcome IndexedIni::SetExisting(Line& line, const std::u16string& value) {
+  std::u16string units = line.units;
+  UnitRange replaced{line.parse.content.end, line.parse.content.end};
+  std::u16string insert = value;
+  if (line.parse.hasValue) {
+    if (View(line.units, line.parse.value) == value) return Outcome::kUnchanged;
+    // From the value's first character to the end of the line's text; text after a NUL goes
+    // too, spacing before the value and the line break stay.
+    replaced = line.parse.valueStart;
+  } else {
+    insert.insert(0, u"=");
+  }
+  units.replace(replaced.begin, replaced.size(), insert);
+  const size_t grown = insert.size(), shrunk = replaced.size();
+  IniLine parse = line.parse;
+  const size_t breakAt = line.breakAt + grown - shrunk;
+  // A value can turn an entry such as "[x" into a header: the structure changes.
+  if (!ParseLine(units, 0, breakAt, &parse) || parse.isHeader) return Outcome::kRebuild;
+  parse.whole.end = parse.whole.end + grown - shrunk;
+  m_memory += (units.size() - std::min(units.size(), line.units.size())) * 2;
+  line.units = std::move(units);
+  line.breakAt = breakAt;
+  line.parse = parse;
+  return Outcome::kChanged;
+}
+
+IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
+                                         const std::u16string& value) {
+  Line line;
+  line.units = Units(WithoutLeadingBlanks(key));
+  if (HasLineBreak(line.units)) return Outcome::kRebuild;
+  line.units += u"=";
+  line.units += value;
+  line.breakAt = line.units.size();
+  line.units += kCrLf;
+  if (!ParseLine(line.units, 0, line.breakAt, &line.parse) || line.parse.isHeader)
+    return Outcome::kRebuild;
+  line.parse.whole = {0, line.units.size()};
+  line.parse.hasBreak = true;
+
+  // After the section's last line with text, before the blank lines that follow it.
+  Line& last = section.lines.back();
+  line.units += View(last.units, {last.parse.whole.end, last.units.size()});
+  last.units.resize(last.parse.whole.end);
+  if (!last.parse.hasBreak) {
+    last.units += kCrLf;
+    last.parse.whole.end += 2;
+    last.parse.hasBreak = true;
+  }
+  if (line.parse.name.empty()) {
+    // An empty name right after another empty name (the last visible entry) is dropped.
+    for (auto it = section.lines.rbegin(); it != section.lines.rend(); ++it) {
+      if (it->parse.isHeader) break;
+      if (it->parse.dropped) continue;
+      line.parse.dropped = it->parse.name.empty();
+      break;
+    }
+  }
+  const uint32_t index = static_cast<uint32_t>(section.lines.size());
+  if (!line.parse.dropped)
+    section.entries.emplace(Folded(View(line.units, line.parse.name)), index);
+  m_memory += sizeof(Line) + 64 + line.units.capacity() * 2;
+  section.lines.push_back(std::move(line));
+  return Outcome::kChanged;
+}
+
+IndexedIni::Outcome IndexedIni::AddSection(std::string_view app, std::string_view key,
+                                           const std::u16string& value) {
+  Line header;
+  header.units = u"[" + Units(WithoutLeadingBlanks(app)) + u"]";
+  Section section;
+  if (HasLineBreak(header.units)) return Outcome::kRebuild;
+  header.breakAt = header.units.size();
+  header.units += kCrLf;
+  if (!ParseLine(header.units, 0, header.breakAt, &header.parse) || !header.parse.isHeader)
+    return Outcome::kRebuild;
+  header.parse.whole = {0, header.units.size()};
+  header.parse.hasBreak = true;
+  section.lines.push_back(std::move(header));
+  // AddEntry makes the entry line; the header has no blank lines after it to hand on.
+  if (AddEntry(section, key, value) != Outcome::kChanged) return Outcome::kRebuild;
+
+  // A file whose last line has no break gets one first, so the header starts a line.
+  std::u16string* last = &m_prefix;
+  if (!m_sections.empty()) last = &m_sections.back().lines.back().units;
+  if (!last->empty() && last->back() != '\r' && last->back() != '\n') {
+    if (!m_sections.empty()) {
+      Line& line = m_sections.back().lines.back();
+      if (line.parse.whole.end == line.units.size()) {
+        line.parse.whole.end += 2;
+        line.parse.hasBreak = true;
+      }
+    }
+    *last += kCrLf;
+  }
+  section.entries.clear();
+  m_sections.push_back(std::move(section));
+  IndexSection(static_cast<uint32_t>(m_sections.size() - 1));
+  return Outcome::kChanged;
+}
+
+bool IndexedIni::Rebuild(const char* app, const char* key, const char* value) {
+  const std::string bytes = Bytes();
+  const IniDocument document(bytes);
+  std::optional<std::string> changed = EditProfileText(document, bytes, app, key, value);
+  if (!changed) return false;
+  *this = IndexedIni(*changed);
+  return true;
+}
+
+}  // namespace tolvex::platform

@@ -1,0 +1,78 @@
+// The indexed form against the text edits it stands in for: random files and random calls,
+// drawn from the pieces that the reading rules treat specially, must give the same bytes and
+// the same reads through IndexedIni as through IniDocument and IniEditor.
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "platform/IndexedIni.h"
+#include "platform/IniDocument.h"
+#include "platform/IniEditor.h"
+#include "platform/IniQuery.h"
+
+namespace tolvex::platform {
+namespace {
+
+const char* const kNames[] = {"s", "S", " s ", "", "k", "K2", "[x", "a]b", "=", ";c", "a=b",
+                              "\x1a", "x\r\ny", "b  c", "\xC9"};
+const char* const kValues[] = {"1", "", "  v ", "\"q\"", "]", "x]", "a\nb", "[t]", "\xE9", "=="};
+const char* const kLines[] = {"[s]", "[S]", "k=1", "K=2", "=e", "=f", "[]", "valueless", "[x",
+                              "  k2 = v ", ";c=3", "", "   ", "[a]b]", "x="};
+const char* const kBreaks[] = {"\r\n", "\n", "\r", "\n\r", "\r\n\r\n", ""};
+const char* const kMarks[] = {"", "", "\xEF\xBB\xBF"};
+
+std::string RandomFile(std::mt19937& random) {
+  std::string text = kMarks[random() % 3];
+  const int lines = static_cast<int>(random() % 10);
+  for (int i = 0; i < lines; ++i) {
+    const char* line = kLines[random() % std::size(kLines)];
+    text += line;
+    if (std::string_view(line) == "x=") text.append("\0y", 2);
+    text += kBreaks[random() % std::size(kBreaks)];
+  }
+  return text;
+}
+
+std::string Result(uint32_t length, const char* buffer) {
+  return std::to_string(length) + "|" + std::string(buffer, length + 2);
+}
+
+TEST(IndexedIniEdit, RandomCallsGiveTheBytesAndReadsOfTheTextEdits) {
+  std::mt19937 random(20261123);
+  for (int round = 0; round < 10000; ++round) {
+    std::string bytes = RandomFile(random);
+    IndexedIni indexed(bytes);
+    ASSERT_EQ(indexed.Bytes(), bytes);
+    for (int call = 0; call < 12; ++call) {
+      const char* app = kNames[random() % std::size(kNames)];
+      const char* key = kNames[random() % std::size(kNames)];
+      const char* value = kValues[random() % std::size(kValues)];
+      const int kind = static_cast<int>(random() % 10);
+      if (kind == 0) key = nullptr;
+      if (kind == 1) value = nullptr;
+      SCOPED_TRACE(testing::Message() << "round " << round << " call " << call);
+      if (kind < 6) {
+        const IniDocument document(bytes);
+        std::optional<std::string> changed = EditProfileText(document, bytes, app, key, value);
+        EXPECT_EQ(indexed.Write(app, key, value), changed.has_value());
+        if (changed) bytes = *changed;
+        ASSERT_EQ(indexed.Bytes(), bytes);
+      } else {
+        const uint32_t size = kind == 9 ? 3 : 64;
+        char expected[80] = {}, got[80] = {};
+        if (kind == 8) app = nullptr;
+        if (kind == 7) key = nullptr;
+        const IniDocument document(bytes);
+        uint32_t lengthExpected = ReadProfileText(document, app, key, "dflt", expected, size);
+        uint32_t lengthGot = indexed.Read(app, key, "dflt", got, size);
+        ASSERT_EQ(Result(lengthGot, got), Result(lengthExpected, expected));
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tolvex::platform

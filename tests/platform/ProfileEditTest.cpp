@@ -1,0 +1,321 @@
+// Edits: staged changes seen only by the editing thread until the commit, one replace with the
+// guarantees of a single write, dropped edits, nesting, several files, and writers elsewhere
+// waiting for the edit without losing anything.
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <tolvex/Profile.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <iterator>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "platform/ChildProcess.h"
+#include "platform/FaultInjection.h"
+#include "support/TempDir.h"
+
+namespace tolvex::test {
+namespace {
+
+using platform::Primitive;
+
+const std::string kOld = "; note\r\n[s]\r\nk=old\r\n";
+
+std::string Read(const std::string& path, const char* key, const char* section = "s") {
+  char buffer[256];
+  GetPrivateProfileStringA(section, key, "<none>", buffer, sizeof buffer, path.c_str());
+  return buffer;
+}
+
+bool Write(const std::string& path, const char* key, const char* value) {
+  return WritePrivateProfileStringA("s", key, value, path.c_str()) != 0;
+}
+
+// An edit that ends with the scope, as the C++ class does.
+class Edit {
+ public:
+  explicit Edit(const std::string& file) : m_edit(TolvexBeginProfileEdit(file.c_str())) {}
+  ~Edit() { TolvexEndProfileEdit(m_edit); }
+  bool IsOpen() const { return TolvexProfileEditIsOpen(m_edit); }
+  bool Commit() { return TolvexCommitProfileEdit(m_edit); }
+
+ private:
+  TolvexProfileEdit* m_edit;
+};
+
+class EditTest : public ::testing::Test {
+ protected:
+  void SetUp() override { WriteFile(m_path, kOld); }
+  void TearDown() override { platform::ClearFaults(); }
+
+  TempDir m_dir;
+  std::string m_path = m_dir.File("t.ini");
+};
+
+TEST_F(EditTest, StagedChangesStayInTheEditingThreadUntilCommit) {
+  Edit edit(m_path);
+  ASSERT_TRUE(edit.IsOpen());
+  EXPECT_TRUE(Write(m_path, "k", "new"));
+  EXPECT_TRUE(Write(m_path, "added", "1"));
+  EXPECT_EQ(Read(m_path, "k"), "new");
+  EXPECT_EQ(Read(m_path, "added"), "1");
+
+  std::string otherThread;
+  std::thread([&] { otherThread = Read(m_path, "k"); }).join();
+  EXPECT_EQ(otherThread, "old");
+  EXPECT_EQ(ChildOutput("read", {m_path, "s", "k"}), "old");
+  EXPECT_EQ(ReadFile(m_path), kOld);
+
+  ASSERT_TRUE(edit.Commit());
+  EXPECT_FALSE(edit.IsOpen());
+  EXPECT_EQ(ReadFile(m_path), "; note\r\n[s]\r\nk=new\r\nadded=1\r\n");
+  EXPECT_EQ(ChildOutput("read", {m_path, "s", "added"}), "1");
+  // After the commit, writes go to the file again.
+  EXPECT_TRUE(Write(m_path, "k", "direct"));
+  EXPECT_EQ(ChildOutput("read", {m_path, "s", "k"}), "direct");
+}
+
+TEST_F(EditTest, DroppedEditLeavesFilesAsTheyWere) {
+  const std::string fresh = m_dir.File("fresh.ini");
+  {
+    Edit edit(m_path);
+    Edit created(fresh);
+    ASSERT_TRUE(edit.IsOpen() && created.IsOpen());
+    EXPECT_TRUE(Write(m_path, "k", "new"));
+    EXPECT_TRUE(WritePrivateProfileStringA("s", nullptr, nullptr, m_path.c_str()));
+    EXPECT_TRUE(Write(fresh, "k", "v"));
+    EXPECT_EQ(Read(fresh, "k"), "v");
+  }
+  EXPECT_EQ(ReadFile(m_path), kOld);
+  EXPECT_FALSE(FileExists(fresh));
+  EXPECT_EQ(Read(m_path, "k"), "old");
+}
+
+TEST_F(EditTest, FileNotMadeYetIsCreatedOnlyWhenWritten) {
+  const std::string fresh = m_dir.File("fresh.ini");
+  {
+    Edit edit(fresh);
+    EXPECT_EQ(Read(fresh, "k"), "<none>");
+    EXPECT_TRUE(edit.Commit());
+  }
+  EXPECT_FALSE(FileExists(fresh));
+  Edit edit(fresh);
+  EXPECT_TRUE(Write(fresh, "k", "v"));
+  EXPECT_TRUE(edit.Commit());
+  EXPECT_EQ(ReadFile(fresh), "[s]\r\nk=v\r\n");
+}
+
+TEST_F(EditTest, EveryNameOfTheFileReachesTheEdit) {
+  ASSERT_EQ(symlink("t.ini", m_dir.File("link.ini").c_str()), 0);
+  setenv("TOLVEX_PROFILE_DIR", m_dir.path().c_str(), 1);
+  const std::string cwd = std::filesystem::current_path();
+  ASSERT_EQ(chdir(m_dir.path().c_str()), 0);
+  {
+    Edit edit(m_dir.File("link.ini"));
+    ASSERT_TRUE(edit.IsOpen());
+    EXPECT_TRUE(Write("t.ini", "bare", "1"));
+    EXPECT_TRUE(Write("./t.ini", "relative", "2"));
+    EXPECT_TRUE(Write(m_dir.path() + "//t.ini", "doubled", "3"));
+    EXPECT_EQ(Read(m_path, "bare") + Read(m_path, "relative") + Read(m_path, "doubled"), "123");
+    EXPECT_EQ(ReadFile(m_path), kOld);
+    EXPECT_TRUE(edit.Commit());
+  }
+  ASSERT_EQ(chdir(cwd.c_str()), 0);
+  unsetenv("TOLVEX_PROFILE_DIR");
+  EXPECT_TRUE(std::filesystem::is_symlink(m_dir.File("link.ini")));
+  EXPECT_EQ(ReadFile(m_path), kOld + "bare=1\r\nrelative=2\r\ndoubled=3\r\n");
+}
+
+TEST_F(EditTest, CommitKeepsModeAndRefusesReadOnlyFiles) {
+  ASSERT_EQ(chmod(m_path.c_str(), 0640), 0);
+  {
+    Edit edit(m_path);
+    EXPECT_TRUE(Write(m_path, "k", "new"));
+    EXPECT_TRUE(edit.Commit());
+  }
+  struct stat info;
+  ASSERT_EQ(stat(m_path.c_str(), &info), 0);
+  EXPECT_EQ(info.st_mode & 07777, 0640u);
+
+  const std::string before = ReadFile(m_path);
+  {
+    Edit edit(m_path);
+    EXPECT_TRUE(Write(m_path, "k", "staged"));
+    ASSERT_EQ(chmod(m_path.c_str(), 0444), 0);  // read-only from now on, root included
+    EXPECT_FALSE(edit.Commit());
+    EXPECT_FALSE(edit.IsOpen());
+  }
+  EXPECT_EQ(ReadFile(m_path), before);
+  Edit refused(m_path);
+  EXPECT_FALSE(refused.IsOpen());
+  EXPECT_FALSE(Write(m_path, "k", "x"));
+  EXPECT_FALSE(refused.Commit());
+}
+
+TEST_F(EditTest, FailedCommitLeavesTheFileByteForByte) {
+  for (Primitive primitive : {Primitive::Open, Primitive::Write, Primitive::Sync,
+                              Primitive::Rename}) {
+    SCOPED_TRACE(static_cast<int>(primitive));
+    Edit edit(m_path);
+    EXPECT_TRUE(Write(m_path, "k", "new"));
+    platform::FailNthCall(primitive, 1, primitive == Primitive::Write ? ENOSPC : EIO);
+    EXPECT_FALSE(edit.Commit());
+    platform::ClearFaults();
+    EXPECT_FALSE(edit.IsOpen());
+    EXPECT_EQ(ReadFile(m_path), kOld);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(m_dir.path()),
+                            std::filesystem::directory_iterator()),
+              1);
+  }
+  platform::FailNthCall(Primitive::Lock, 1, ENOLCK);
+  Edit unlocked(m_path);
+  EXPECT_FALSE(unlocked.IsOpen());
+}
+
+TEST_F(EditTest, KilledDuringCommitLeavesOldOrNewBytes) {
+  const struct {
+    Primitive primitive;
+    int nth;
+  } steps[] = {{Primitive::Open, 1}, {Primitive::Write, 1}, {Primitive::Sync, 1},
+               {Primitive::Rename, 1}, {Primitive::Sync, 2}};
+  for (const auto& step : steps) {
+    SCOPED_TRACE(static_cast<int>(step.primitive));
+    WriteFile(m_path, kOld);
+    pid_t child = SpawnChild("edit-dies-at", {m_path, std::to_string(static_cast<int>(step.primitive)),
+                                              std::to_string(step.nth)});
+    int status = WaitChild(child);
+    if (WIFEXITED(status)) {
+      // The step came after the rename: the whole edit is in the file.
+      EXPECT_EQ(WEXITSTATUS(status), 0);
+      EXPECT_EQ(Read(m_path, "k99"), "new");
+    } else {
+      ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << status;
+      const std::string now = ReadFile(m_path);
+      EXPECT_TRUE(now == kOld || Read(m_path, "k99") == "new") << now;
+    }
+    EXPECT_EQ(Read(m_path, "k0") == "new", Read(m_path, "k99") == "new");
+    EXPECT_TRUE(Write(m_path, "after", "1"));
+  }
+}
+
+TEST_F(EditTest, NestedEditJoinsTheOpenOneAndDroppingItRestoresItsStart) {
+  Edit outer(m_path);
+  EXPECT_TRUE(Write(m_path, "a", "1"));
+  {
+    Edit nested(m_path);
+    ASSERT_TRUE(nested.IsOpen());
+    EXPECT_TRUE(Write(m_path, "b", "2"));
+    EXPECT_TRUE(nested.Commit());
+  }
+  {
+    Edit dropped(m_dir.File("./t.ini"));
+    EXPECT_TRUE(Write(m_path, "c", "3"));
+    EXPECT_TRUE(Write(m_path, "a", "changed"));
+  }
+  EXPECT_EQ(Read(m_path, "a") + Read(m_path, "b") + Read(m_path, "c"), "12<none>");
+  EXPECT_EQ(ReadFile(m_path), kOld);
+  EXPECT_TRUE(outer.Commit());
+  EXPECT_EQ(ReadFile(m_path), kOld + "a=1\r\nb=2\r\n");
+}
+
+TEST_F(EditTest, EditsOfTwoFilesAndADirectWriteInOneFolderDoNotWaitOnThemselves) {
+  const std::string second = m_dir.File("second.ini"), direct = m_dir.File("direct.ini");
+  Edit first(m_path);
+  Edit other(second);
+  ASSERT_TRUE(first.IsOpen() && other.IsOpen());
+  EXPECT_TRUE(Write(m_path, "k", "first"));
+  EXPECT_TRUE(Write(second, "k", "second"));
+  EXPECT_TRUE(Write(direct, "k", "direct"));
+  EXPECT_EQ(ChildOutput("read", {direct, "s", "k"}), "direct");
+  EXPECT_TRUE(first.Commit());
+  EXPECT_EQ(ChildOutput("read", {m_path, "s", "k"}), "first");
+  EXPECT_EQ(ChildOutput("read", {second, "s", "k"}), "<none>");
+  EXPECT_TRUE(other.Commit());
+  EXPECT_EQ(ChildOutput("read", {second, "s", "k"}), "second");
+}
+
+// Each thread edits its own folder, then the other thread's: waiting both ways would deadlock,
+// so the edit whose folder sorts first in the lock order does not begin.
+TEST_F(EditTest, CrossedEditsInTwoThreadsNeverDeadlock) {
+  TempDir other;
+  const std::string files[2] = {m_path, other.File("t.ini")};
+  std::atomic<int> ready{0};
+  std::atomic<int> opened{0};
+  auto run = [&](int mine) {
+    Edit first(files[mine]);
+    EXPECT_TRUE(Write(files[mine], "by", std::to_string(mine).c_str()));
+    ready.fetch_add(1);
+    while (ready.load() < 2) std::this_thread::yield();
+    Edit second(files[1 - mine]);
+    if (second.IsOpen()) opened.fetch_add(1);
+    EXPECT_TRUE(second.Commit() == second.IsOpen() || !second.IsOpen());
+    EXPECT_TRUE(first.Commit());
+  };
+  std::thread a(run, 0), b(run, 1);
+  a.join();
+  b.join();
+  EXPECT_EQ(opened.load(), 1);
+  EXPECT_EQ(Read(files[0], "by") + Read(files[1], "by"), "01");
+}
+
+TEST_F(EditTest, WriterInAnotherProcessWaitsForTheEditAndNothingIsLost) {
+  const std::string flag = m_dir.File("started");
+  pid_t child;
+  {
+    Edit edit(m_path);
+    child = SpawnChild("signal-then-write", {m_path, flag, "fromChild"});
+    while (!FileExists(flag)) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    EXPECT_EQ(Read(m_path, "fromChild"), "<none>");
+    EXPECT_TRUE(Write(m_path, "fromEdit", "1"));
+    EXPECT_TRUE(edit.Commit());
+  }
+  int status = WaitChild(child);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+  EXPECT_EQ(Read(m_path, "fromEdit") + Read(m_path, "fromChild"), "1child");
+}
+
+TEST(EditConcurrency, ThreadsAndProcessesEditingOneFileLoseNoKey) {
+  TempDir dir;
+  const std::string path = dir.File("t.ini");
+  constexpr int kThreads = 3, kProcesses = 2, kRounds = 10;
+  std::vector<pid_t> children;
+  for (int p = 0; p < kProcesses; ++p)
+    children.push_back(SpawnChild("writer", {path, "p" + std::to_string(p) + "_", "20"}));
+  std::vector<std::thread> threads;
+  for (int t = 0; t < kThreads; ++t) {
+    threads.emplace_back([&, t] {
+      for (int round = 0; round < kRounds; ++round) {
+        Edit edit(path);
+        EXPECT_TRUE(edit.IsOpen());
+        for (int i = 0; i < 5; ++i) {
+          std::string key = "t" + std::to_string(t) + "_" + std::to_string(round * 5 + i);
+          EXPECT_TRUE(WritePrivateProfileStringA("s", key.c_str(), key.c_str(), path.c_str()));
+        }
+        EXPECT_TRUE(edit.Commit());
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  for (pid_t child : children) EXPECT_EQ(WaitChild(child), 0);
+  for (int t = 0; t < kThreads; ++t)
+    for (int i = 0; i < kRounds * 5; ++i) {
+      std::string key = "t" + std::to_string(t) + "_" + std::to_string(i);
+      EXPECT_EQ(Read(path, key.c_str()), key);
+    }
+  for (int p = 0; p < kProcesses; ++p)
+    for (int i = 0; i < 20; ++i) {
+      std::string key = "p" + std::to_string(p) + "_" + std::to_string(i);
+      EXPECT_EQ(Read(path, key.c_str()), key);
+    }
+}
+
+}  // namespace
+}  // namespace tolvex::test
