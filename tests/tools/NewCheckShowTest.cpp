@@ -116,34 +116,37 @@ std::string Button(int i, int left, int top, int right, int bottom) {
 }
 
 // check prints each problem on one line with its severity; the exit status is the worst one.
+// Buttons are named by their tool number (library index - 1); others by their library index.
 TEST(CheckCommand, ReportsErrorsAndWarningsOneLineEach) {
   TempDir dir;
   const std::string file = dir.File("menu.ini"), at = file + ": ";
-  WriteFile(dir.File("here.png"), "");
-  // Buttons at library index 1 and 0 (an older tool's numbering, or an application's) are
-  // named by their index.
+  WriteFile(dir.File("here.png"), ReadFile(ExamplePicture("button.png")));
   const std::pair<std::string, std::vector<std::string>> cases[] = {
       {"[Background]\nNTSC=TRUE\nMaximumNumberOfButton=2\nCurrentNumberOfButton=3\n"
        "BackgroundBmp=gone.png\nBackgroundTitle=" + std::string(100, 'T') + "\n"
-       "AddPrevButton=FALSE\nAddNextButton=FALSE\n[NumOfButton1]\n" + Button(1, 10, 10, 50, 50) +
-       "[NumOfButton2]\n" + Button(1, 10, 10, 50, 50) + Button(2, 40, 40, 90, 90) +
-       "ButtonBmp1=here.png\nButtonFrameBmp2=default\n[NumOfButton3]\n" +
-       Button(1, 10, 10, 50, 50) + Button(2, 700, 400, 760, 470) + Button(3, 90, 10, 80, 50),
+       "BackgroundTitleFont_Size=1\nAddPrevButton=FALSE\nAddNextButton=FALSE\n[NumOfButton1]\n" +
+       Button(2, 100, 100, 140, 140) + "[NumOfButton2]\n" + Button(2, 100, 100, 140, 140) +
+       Button(3, 130, 130, 180, 180) + "ButtonBmp2=here.png\nButtonFrameBmp3=default\n"
+       "[NumOfButton3]\n" + Button(2, 100, 100, 140, 140) + Button(3, 700, 400, 760, 470) +
+       Button(4, 190, 100, 180, 140),
        {"2", "warning: buttons.current: 3 is above the maximum 2",
         "error: background: 'gone.png' does not exist (looked for " + dir.File("gone.png") + ")",
         "warning: title: 100 characters, of which only the first 79 are read back",
         "error: layout 2, button 2: overlaps the button 1",
-        "warning: layout 2, button 2, frame.picture: ButtonFrameBmp2 holds \"default\", which "
+        "warning: layout 2, button 2, frame.picture: ButtonFrameBmp3 holds \"default\", which "
         "reads as missing",
         "error: layout 3, button 2: rectangle 700 400 760 470 reaches outside the 720x480 canvas",
-        "error: layout 3, button 3: rectangle 90 10 80 50 is empty or inverted"}},
+        "error: layout 3, button 3: rectangle 190 100 180 140 is empty or inverted"}},
       {"[Background]\nNTSC=FALSE\nMaximumNumberOfButton=1\nCurrentNumberOfButton=1\n"
        "AddPrevButton=FALSE\nAddNextButton=FALSE\n[NumOfButton1]\n" +
-       Button(0, 100, 500, 200, 560) + "ButtonTitle0=default\n",  // 500..560 fits the PAL canvas
-       {"1", "warning: layout 1, button 0, title: ButtonTitle0 holds \"default\", which reads as "
-        "missing"}},
+       Button(0, 100, 240, 200, 300) + "ButtonTitle0=default\n",
+       {"1", "warning: layout 1, library index 0, title: ButtonTitle0 holds \"default\", which "
+        "reads as missing",
+        "warning: layout 1, library index 0: the tool numbers buttons from library index 2 (an "
+        "earlier menutemplate or another program wrote this one); the navigation values of "
+        "index 0 and 1 do not read back"}},
       {"[Background]\nNTSC=TRUE\nMaximumNumberOfButton=2\nCurrentNumberOfButton=2\n"
-       "AddPrevButton=TRUE\nAddNextButton=FALSE\n[NumOfButton1]\n" + Button(0, 10, 10, 50, 50),
+       "AddPrevButton=TRUE\nAddNextButton=FALSE\n[NumOfButton1]\n" + Button(2, 100, 100, 140, 140),
        {"2", "error: layout 2: no buttons in the layout in use",
         "error: previous button: shown on the page but has no rectangle"}}};
   for (const auto& [text, expected] : cases) {
