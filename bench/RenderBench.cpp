@@ -1,6 +1,8 @@
 // Rendering a twelve-button menu page against its floor: what decoding the page's pictures and
 // encoding and writing a page-sized BMP cost on their own. Rendering (text, scaling, frames,
 // compositing) should add at most as much again. Run with --benchmark_repetitions for medians.
+// And the cost of a template's size: pages of 300 and 3000 small buttons, whose time ratio
+// should stay near the tenfold of their sizes.
 #include <tolvex/MenuBmp.h>
 #include <tolvex/MenuMask.h>
 #include <tolvex/Profile.h>
@@ -9,6 +11,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <fstream>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -132,9 +135,34 @@ void BM_Floor(benchmark::State& state) {
   }
 }
 
+// A page of `count` small titled buttons, written as text at once (key by key would take long).
+std::string ButtonsTemplate(int count) {
+  const std::string path = ThePage().folder + "/buttons" + std::to_string(count) + ".ini";
+  std::ofstream out(path);
+  out << "[Background]\nNTSC=TRUE\nCurrentNumberOfButton=" << count << "\n[NumOfButton" << count
+      << "]\n";
+  for (int i = 0; i < count; ++i) {
+    const int left = i * 7 % 700, top = i * 13 % 460;
+    out << "ButtonPosition" << i << "_left=" << left << "\nButtonPosition" << i
+        << "_right=" << left + 10 << "\nButtonPosition" << i << "_top=" << top
+        << "\nButtonPosition" << i << "_bottom=" << top + 10 << "\nButtonFrameThickness" << i
+        << "=2\nButtonFrame_R" << i << "=255\nButtonTitle" << i << "=" << i << "\n";
+  }
+  return path;
+}
+
+void BM_RenderButtons(benchmark::State& state) {
+  std::string path = ButtonsTemplate(static_cast<int>(state.range(0)));
+  for (auto _ : state) {
+    if (!CreateMenuBmp(path.data())) state.SkipWithError("CreateMenuBmp failed");
+  }
+}
+
 BENCHMARK(BM_Floor)->Unit(benchmark::kMillisecond)->Repetitions(9)->ReportAggregatesOnly(true);
 BENCHMARK(BM_RenderMenu)->Unit(benchmark::kMillisecond)->Repetitions(9)->ReportAggregatesOnly(true);
 BENCHMARK(BM_RenderMask)->Unit(benchmark::kMillisecond)->Repetitions(9)->ReportAggregatesOnly(true);
+BENCHMARK(BM_RenderButtons)->Arg(300)->Arg(3000)->Unit(benchmark::kMillisecond)->Repetitions(5)
+    ->ReportAggregatesOnly(true);
 
 }  // namespace
 

@@ -1,72 +1,80 @@
-// Writing an output picture through a temporary file in the same folder and a rename.
+// Writing an output picture through the file primitives of the profile layer: link
+// resolution, the folder lock, the checks before a replace, and the atomic replace itself.
 #include "renderer/AtomicFile.h"
 
-#include <fcntl.h>
+#include <dirent.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cerrno>
-#include <random>
+#include <cstring>
 
+#include "platform/Os.h"
+#include "platform/posix/PosixPaths.h"
+#include "renderer/Failure.h"
 
 namespace tolvex::render {
 namespace {
 
-// A name no other writer uses: the pid separates processes, the counter threads of one
-// process, and the random part a pid reused after a crash left a temporary behind.
-std::string TemporaryName(const std::string& path) {
-  static std::atomic<unsigned> counter{0};
-  thread_local std::mt19937 random{std::random_device{}()};
-  const auto slash = path.find_last_of('/');
-  const std::string folder = slash == std::string::npos ? "" : path.substr(0, slash + 1);
-  const std::string base = slash == std::string::npos ? path : path.substr(slash + 1);
-  return folder + "." + base + ".tmp" + std::to_string(getpid()) + "-" +
-         std::to_string(counter.fetch_add(1)) + "-" + std::to_string(random() % 100000);
+Status Refuse(const std::string& what, const platform::Status& status) {
+  const int error = status.sysError();
+  if (error != 0) return FailErrno(Status::kOutputUnwritable, what, error);
+  return Fail(Status::kOutputUnwritable, what + ": " + platform::StatusText(status));
 }
 
-bool WriteAll(int fd, const std::string& bytes) {
-  const char* at = bytes.data();
-  size_t left = bytes.size();
-  while (left > 0) {
-    const ssize_t n = write(fd, at, left);
-    if (n < 0) {
-      if (errno == EINTR) continue;
-      return false;
-    }
-    at += n;
-    left -= static_cast<size_t>(n);
+// Whether `name` is a temporary of `base` as earlier versions of the renderer named them:
+// ".<base>.tmp<pid>-<counter>-<random>". A writer killed by SIGXFSZ left these behind.
+bool IsEarlierTemporary(const char* name, const std::string& base) {
+  const std::string prefix = "." + base + ".tmp";
+  if (std::strncmp(name, prefix.c_str(), prefix.size()) != 0) return false;
+  int numbers = 0;
+  for (const char* at = name + prefix.size(); *at != '\0'; ++numbers) {
+    if (*at < '0' || *at > '9') return false;
+    while (*at >= '0' && *at <= '9') ++at;
+    if (*at == '-') ++at;
   }
-  return true;
+  return numbers == 3;
+}
+
+// Removes such leftovers beside `target`. The caller holds the folder's writer lock; the
+// current writers name their temporaries otherwise and clean up their own (see PosixReplace).
+void RemoveEarlierTemporaries(const std::string& target) {
+  const std::string folder = platform::posix::FolderOf(target);
+  const std::string base = platform::posix::BaseNameOf(target);
+  DIR* listing = opendir(folder.c_str());
+  if (listing == nullptr) return;
+  while (const struct dirent* entry = readdir(listing)) {
+    if (IsEarlierTemporary(entry->d_name, base)) unlink((folder + "/" + entry->d_name).c_str());
+  }
+  closedir(listing);
 }
 
 }  // namespace
 
 Status ReplaceFile(const std::string& path, const std::string& bytes) {
-  if (path.empty()) return Status::kOutputUnwritable;
-  std::string temporary;
-  int fd = -1;
-  for (int attempt = 0; attempt < 8 && fd < 0; ++attempt) {
-    temporary = TemporaryName(path);
-    fd = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (fd < 0 && errno != EEXIST) return Status::kOutputUnwritable;
-  }
-  if (fd < 0) return Status::kOutputUnwritable;
+  if (path.empty()) return Fail(Status::kOutputUnwritable, "no output named");
+  const std::string what = "cannot write output " + path;
+  std::string target;
+  if (const auto s = platform::os::ResolveLinks(path, &target); !s.ok()) return Refuse(what, s);
 
-  struct stat existing {};
-  bool ok = true;
-  if (stat(path.c_str(), &existing) == 0) {
-    // A read-only target stays read-only for us too: rename would replace it regardless.
-    if (access(path.c_str(), W_OK) != 0) ok = false;
-    if (ok) fchmod(fd, existing.st_mode & 07777);
+  platform::os::FolderLock lock;
+  if (const auto s = lock.Acquire(target); !s.ok()) return Refuse(what, s);
+  struct stat info {};
+  if (stat(target.c_str(), &info) == 0) {
+    if (S_ISDIR(info.st_mode)) return Fail(Status::kOutputUnwritable, what + ": it is a folder");
+    if (!S_ISREG(info.st_mode)) {
+      return Fail(Status::kOutputUnwritable, what + ": not a regular file");
+    }
+    if ((info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) {
+      return Fail(Status::kOutputUnwritable, what + ": the file is read-only");
+    }
   }
-  ok = ok && WriteAll(fd, bytes) && fsync(fd) == 0;
-  ok = close(fd) == 0 && ok;
-  ok = ok && rename(temporary.c_str(), path.c_str()) == 0;
-  if (!ok) {
-    unlink(temporary.c_str());
-    return Status::kOutputUnwritable;
+  bool exists = false;
+  if (const auto s = platform::os::CheckReplaceable(target, &exists); !s.ok()) {
+    return Refuse(what, s);
   }
+  RemoveEarlierTemporaries(target);
+  if (const auto s = platform::os::ReplaceFile(target, bytes); !s.ok()) return Refuse(what, s);
   return Status::kOk;
 }
 

@@ -1,6 +1,6 @@
 // The exported functions of libTolvex_MenuBmp: CreateMenuBmp renders a template's menu picture,
-// ImageResize resamples one picture into another file. Status collapses to 0/1 here and no
-// exception passes this boundary.
+// ImageResize resamples one picture into another file; TolvexMenuBmpLastError tells why the
+// last of them failed. Status collapses to 0/1 and a reason here; no exception passes.
 #include <tolvex/MenuBmp.h>
 
 #include <strings.h>
@@ -10,7 +10,9 @@
 
 #include "renderer/AtomicFile.h"
 #include "renderer/BmpWriter.h"
+#include "renderer/Failure.h"
 #include "renderer/MenuPainter.h"
+#include "renderer/OutputGuard.h"
 #include "renderer/OutputName.h"
 #include "renderer/Picture.h"
 #include "renderer/QuietLogs.h"
@@ -20,9 +22,16 @@ namespace tolvex::render {
 namespace {
 
 Status RenderMenu(const std::string& templatePath) {
+  TemplateFile file;
+  if (const Status s = TemplateFile::Load(templatePath, &file); s != Status::kOk) return s;
   Page page;
-  if (const Status s = ReadPage(templatePath, &page); s != Status::kOk) return s;
-  const OutputName output = ResolveOutput(templatePath, "OutputBmp", ".bmp");
+  if (const Status s = ReadPage(file, &page); s != Status::kOk) return s;
+  const OutputName output = ResolveOutput(file, "OutputBmp", ".bmp");
+  const OutputName mask = ResolveOutput(file, "OutMask", "_mask.bmp");
+  if (const Status s = CheckOutputIsNoInput(output.path, file, page, mask.path);
+      s != Status::kOk) {
+    return s;
+  }
 
   SurfacePtr canvas;
   if (const Status s = PaintMenu(page, &canvas); s != Status::kOk) return s;
@@ -30,7 +39,7 @@ Status RenderMenu(const std::string& templatePath) {
       cairo_image_surface_get_width(canvas.get()), cairo_image_surface_get_height(canvas.get()),
       cairo_image_surface_get_data(canvas.get()), cairo_image_surface_get_stride(canvas.get()),
       PixelLayout::kCairo});
-  if (bytes.empty()) return Status::kDrawingFailed;
+  if (bytes.empty()) return Fail(Status::kDrawingFailed, "cannot encode " + output.path);
   if (const Status s = ReplaceFile(output.path, bytes); s != Status::kOk) return s;
   return RecordOutput(templatePath, "OutputBmp", output);
 }
@@ -67,7 +76,8 @@ const char* WriterFor(const std::string& target) {
 Status Resize(const std::string& source, const std::string& target, int width, int height) {
   if (width <= 0 || height <= 0 ||
       static_cast<int64_t>(width) * height > kMaxPicturePixels) {
-    return Status::kBadArgument;
+    return Fail(Status::kBadArgument, "bad size " + std::to_string(width) + " x " +
+                                          std::to_string(height) + " for " + target);
   }
   PixbufPtr picture;
   if (const Status s = LoadPictureAt(source, width, height, &picture); s != Status::kOk) return s;
@@ -80,7 +90,7 @@ Status Resize(const std::string& source, const std::string& target, int width, i
     const bool ok = gdk_pixbuf_save_to_buffer(picture.get(), &buffer, &size, writer, &error,
                                               nullptr);
     if (error != nullptr) g_error_free(error);
-    if (!ok) return Status::kOutputUnwritable;
+    if (!ok) return Fail(Status::kOutputUnwritable, std::string("cannot encode ") + target);
     bytes.assign(buffer, size);
     g_free(buffer);
   } else {
@@ -90,32 +100,55 @@ Status Resize(const std::string& source, const std::string& target, int width, i
                                   gdk_pixbuf_read_pixels(picture.get()),
                                   gdk_pixbuf_get_rowstride(picture.get()),
                                   alpha ? PixelLayout::kRgba : PixelLayout::kRgb});
-    if (bytes.empty()) return Status::kDrawingFailed;
+    if (bytes.empty()) return Fail(Status::kDrawingFailed, "cannot encode " + target);
   }
   return ReplaceFile(target, bytes);
+}
+
+// The reason of this library's last call on each thread, for TolvexMenuBmpLastError.
+thread_local std::string t_lastError;
+
+// Runs one exported call: a clean reason first, then the call, then its result and reason.
+// No exception passes this boundary.
+template <typename Call>
+int RunExported(Call call) {
+  try {
+    QuietLibraryLogs();
+    ClearFailure();
+    const Status status = call();
+    t_lastError = FailureReason(status);
+    return status == Status::kOk ? 1 : 0;
+  } catch (const std::bad_alloc&) {
+    t_lastError = "out of memory";
+  } catch (...) {
+    t_lastError = "internal error";
+  }
+  return 0;
 }
 
 }  // namespace
 }  // namespace tolvex::render
 
 extern "C" int CreateMenuBmp(char* templateFile) {
-  if (templateFile == nullptr || *templateFile == '\0') return 0;
-  try {
-    tolvex::render::QuietLibraryLogs();
-    return tolvex::render::RenderMenu(templateFile) == tolvex::render::Status::kOk ? 1 : 0;
-  } catch (...) {
-    return 0;
-  }
+  using namespace tolvex::render;
+  return RunExported([&] {
+    if (templateFile == nullptr || *templateFile == '\0') {
+      return Fail(Status::kBadArgument, "no template file named");
+    }
+    return RenderMenu(templateFile);
+  });
 }
 
 extern "C" int ImageResize(char* source, char* target, int width, int height) {
-  if (source == nullptr || target == nullptr || *source == '\0' || *target == '\0') return 0;
-  try {
-    tolvex::render::QuietLibraryLogs();
-    return tolvex::render::Resize(source, target, width, height) == tolvex::render::Status::kOk
-               ? 1
-               : 0;
-  } catch (...) {
-    return 0;
-  }
+  using namespace tolvex::render;
+  return RunExported([&] {
+    if (source == nullptr || target == nullptr || *source == '\0' || *target == '\0') {
+      return Fail(Status::kBadArgument, "no source or target picture named");
+    }
+    return Resize(source, target, width, height);
+  });
+}
+
+extern "C" const char* TolvexMenuBmpLastError(void) {
+  return tolvex::render::t_lastError.c_str();
 }

@@ -1,12 +1,16 @@
 // The exported function of libTolvex_MenuMask: CreateMaskMenuBmp renders a template's DVD
-// highlight mask. Status collapses to 0/1 here and no exception passes this boundary.
+// highlight mask; TolvexMenuMaskLastError tells why its last call failed. Status collapses to
+// 0/1 and a reason here; no exception passes this boundary.
 #include <tolvex/MenuMask.h>
 
+#include <new>
 #include <string>
 
 #include "renderer/AtomicFile.h"
 #include "renderer/BmpWriter.h"
+#include "renderer/Failure.h"
 #include "renderer/MaskPainter.h"
+#include "renderer/OutputGuard.h"
 #include "renderer/OutputName.h"
 #include "renderer/QuietLogs.h"
 #include "renderer/TemplateReader.h"
@@ -15,28 +19,50 @@ namespace tolvex::render {
 namespace {
 
 Status RenderMask(const std::string& templatePath) {
+  TemplateFile file;
+  if (const Status s = TemplateFile::Load(templatePath, &file); s != Status::kOk) return s;
   Page page;
-  if (const Status s = ReadPage(templatePath, &page); s != Status::kOk) return s;
-  const OutputName output = ResolveOutput(templatePath, "OutMask", "_mask.bmp");
+  if (const Status s = ReadPage(file, &page); s != Status::kOk) return s;
+  const OutputName output = ResolveOutput(file, "OutMask", "_mask.bmp");
+  const OutputName menu = ResolveOutput(file, "OutputBmp", ".bmp");
+  if (const Status s = CheckOutputIsNoInput(output.path, file, page, menu.path);
+      s != Status::kOk) {
+    return s;
+  }
 
   const std::vector<uint8_t> rgb = PaintMask(page);
   const std::string bytes =
       EncodeBmp24(PixelRows{page.width, page.height, rgb.data(),
                             static_cast<ptrdiff_t>(page.width) * 3, PixelLayout::kRgb});
-  if (bytes.empty()) return Status::kDrawingFailed;
+  if (bytes.empty()) return Fail(Status::kDrawingFailed, "cannot encode " + output.path);
   if (const Status s = ReplaceFile(output.path, bytes); s != Status::kOk) return s;
   return RecordOutput(templatePath, "OutMask", output);
 }
+
+// The reason of this library's last call on each thread, for TolvexMenuMaskLastError.
+thread_local std::string t_lastError;
 
 }  // namespace
 }  // namespace tolvex::render
 
 extern "C" int CreateMaskMenuBmp(char* templateFile) {
-  if (templateFile == nullptr || *templateFile == '\0') return 0;
+  using namespace tolvex::render;
   try {
-    tolvex::render::QuietLibraryLogs();
-    return tolvex::render::RenderMask(templateFile) == tolvex::render::Status::kOk ? 1 : 0;
+    QuietLibraryLogs();
+    ClearFailure();
+    const Status status = templateFile == nullptr || *templateFile == '\0'
+                              ? Fail(Status::kBadArgument, "no template file named")
+                              : RenderMask(templateFile);
+    t_lastError = FailureReason(status);
+    return status == Status::kOk ? 1 : 0;
+  } catch (const std::bad_alloc&) {
+    t_lastError = "out of memory";
   } catch (...) {
-    return 0;
+    t_lastError = "internal error";
   }
+  return 0;
+}
+
+extern "C" const char* TolvexMenuMaskLastError(void) {
+  return tolvex::render::t_lastError.c_str();
 }

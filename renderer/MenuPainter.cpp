@@ -3,6 +3,7 @@
 
 #include <memory>
 
+#include "renderer/Failure.h"
 #include "renderer/TitleText.h"
 
 namespace tolvex::render {
@@ -37,9 +38,10 @@ void RingPath(cairo_t* cr, const Rect& outer, const Rect& inner) {
 }
 
 Status PaintButton(cairo_t* cr, const Button& button, const Rect& canvas) {
-  const Rect& rect = button.rect;
-  // A button wholly off the page is not on the menu (nor on the mask).
-  if (rect.Intersect(canvas).Empty()) return Status::kOk;
+  // Only the part on the page is drawn, frame and picture fitted to it, just as the mask
+  // marks it; this also keeps every size below in range whatever the template's edges.
+  const Rect rect = button.rect.Intersect(canvas);
+  if (rect.Empty()) return Status::kOk;  // wholly off the page: not on the menu nor the mask
   const int ring = RingWidth(rect, button.frameThickness);
   const Rect inner = rect.Inset(ring);
 
@@ -73,7 +75,9 @@ Status PaintButton(cairo_t* cr, const Button& button, const Rect& canvas) {
 
 Status PaintMenu(const Page& page, SurfacePtr* canvas) {
   SurfacePtr surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, page.width, page.height));
-  if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return Status::kDrawingFailed;
+  if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) {
+    return Fail(Status::kDrawingFailed, "out of memory for the menu canvas");
+  }
   std::unique_ptr<cairo_t, CairoDestroy> cr(cairo_create(surface.get()));
 
   cairo_set_source_rgb(cr.get(), 0, 0, 0);
@@ -87,7 +91,10 @@ Status PaintMenu(const Page& page, SurfacePtr* canvas) {
   for (const Button& button : page.buttons) {
     if (const Status s = PaintButton(cr.get(), button, page.Canvas()); s != Status::kOk) return s;
   }
-  if (cairo_status(cr.get()) != CAIRO_STATUS_SUCCESS) return Status::kDrawingFailed;
+  if (cairo_status(cr.get()) != CAIRO_STATUS_SUCCESS) {
+    return Fail(Status::kDrawingFailed,
+                std::string("drawing failed: ") + cairo_status_to_string(cairo_status(cr.get())));
+  }
   cr.reset();
   cairo_surface_flush(surface.get());
   *canvas = std::move(surface);

@@ -13,10 +13,11 @@ namespace tolvex::render {
 // Paints `page` onto a new opaque canvas (cairo RGB24) of the page's size:
 //   1. the background picture stretched to the canvas, or black;
 //   2. the page title;
-//   3. each button in order: the frame is a ring along the inside of its rectangle, its
-//      thickness wide, painted with the frame picture (stretched to the whole rectangle, so
-//      that its border lands on the ring) when one is named, else in the frame colour; the
-//      button picture is stretched into the space inside the ring; then the button's title.
+//   3. each button in order, cut to its part on the page (as the mask marks it): the frame is
+//      a ring along the inside of that part, its thickness wide, painted with the frame
+//      picture (stretched to the whole part, so that its border lands on the ring) when one is
+//      named, else in the frame colour; the button picture is stretched into the space inside
+//      the ring; then the button's title, centred on that part when it has no position.
 // Any named picture that cannot be loaded fails the whole page.
 Status PaintMenu(const Page& page, SurfacePtr* canvas);
 

@@ -3,13 +3,13 @@
 
 #include <tolvex/Profile.h>
 
+#include "renderer/Failure.h"
 #include "renderer/Paths.h"
-#include "renderer/TemplateReader.h"
 
 namespace tolvex::render {
 
-OutputName ResolveOutput(const std::string& templatePath, const char* key, const char* suffix) {
-  const TemplateFile file(templatePath);
+OutputName ResolveOutput(const TemplateFile& file, const char* key, const char* suffix) {
+  const std::string& templatePath = file.path();
   const std::string folder = TemplateFolder(templatePath);
   const auto named = file.Text("Background", key);
   if (named && !named->empty()) return OutputName{ResolveIn(folder, *named), std::string()};
@@ -20,7 +20,8 @@ OutputName ResolveOutput(const std::string& templatePath, const char* key, const
 Status RecordOutput(const std::string& templatePath, const char* key, const OutputName& name) {
   if (name.toRecord.empty()) return Status::kOk;
   if (!WritePrivateProfileStringA("Background", key, name.toRecord.c_str(), templatePath.c_str())) {
-    return Status::kRecordFailed;
+    return Fail(Status::kRecordFailed,
+                std::string("cannot record ") + key + " in template " + templatePath);
   }
   return Status::kOk;
 }

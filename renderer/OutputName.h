@@ -1,12 +1,13 @@
 // Where a renderer writes its picture: the name in the template's "Background" section
 // ("OutputBmp" or "OutMask"), or a default beside the template that is then recorded under
-// that key. Reads and writes the template through the profile functions only.
+// that key. Records through the profile functions, under their lock.
 #ifndef TOLVEX_RENDERER_OUTPUTNAME_H
 #define TOLVEX_RENDERER_OUTPUTNAME_H
 
 #include <string>
 
 #include "renderer/Status.h"
+#include "renderer/TemplateReader.h"
 
 namespace tolvex::render {
 
@@ -17,7 +18,7 @@ struct OutputName {
 
 // The output named by `key`, or "<template name><suffix>" beside the template when the key is
 // missing (or reads "default", or is empty).
-OutputName ResolveOutput(const std::string& templatePath, const char* key, const char* suffix);
+OutputName ResolveOutput(const TemplateFile& file, const char* key, const char* suffix);
 
 // Records a default name in the template once the picture is written. The bare file name is
 // recorded, relative to the template's folder like every other name in the template, so a

@@ -24,9 +24,11 @@ struct Rect {
   int right = 0;
   int bottom = 0;
 
-  int Width() const { return right - left; }
-  int Height() const { return bottom - top; }
+  // Computed in 64 bits: the edges of a template may lie anywhere in the 32-bit range.
+  int64_t Width() const { return int64_t{right} - left; }
+  int64_t Height() const { return int64_t{bottom} - top; }
   bool Empty() const { return right <= left || bottom <= top; }
+  // Only for `by` up to half the smaller side (see RingWidth), which keeps the edges in range.
   Rect Inset(int by) const { return Rect{left + by, top + by, right - by, bottom - by}; }
   Rect Intersect(const Rect& o) const;
 };
@@ -60,9 +62,9 @@ struct Button {
 
 // How thick a frame ring of `thickness` pixels is on `rect`: never more than fills it.
 inline int RingWidth(const Rect& rect, int thickness) {
-  const int side = rect.Width() < rect.Height() ? rect.Width() : rect.Height();
-  const int most = (side + 1) / 2;
-  return thickness < most ? thickness : most;
+  const int64_t side = rect.Width() < rect.Height() ? rect.Width() : rect.Height();
+  const int64_t most = (side + 1) / 2;
+  return thickness < most ? thickness : static_cast<int>(most);
 }
 
 struct Page {

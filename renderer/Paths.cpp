@@ -14,6 +14,11 @@ std::string TemplateFolder(const std::string& templatePath) {
   return templatePath.substr(0, slash);
 }
 
+std::string TemplateOnDisk(const std::string& templatePath) {
+  if (templatePath.find_first_of("/\\") != std::string::npos) return templatePath;
+  return ResolveIn(platform::ProfileFolder(), templatePath);
+}
+
 std::string ResolveIn(const std::string& folder, const std::string& name) {
   if (name.empty() || name[0] == '/') return name;
   if (folder == "/") return "/" + name;

@@ -12,6 +12,10 @@ namespace tolvex::render {
 // current one; "./menu.ini" is in the current folder.
 std::string TemplateFolder(const std::string& templatePath);
 
+// The file the template path names: a bare file name in the profile folder, any other path
+// as given.
+std::string TemplateOnDisk(const std::string& templatePath);
+
 // `name` as a path: unchanged when absolute, else taken from `folder`.
 std::string ResolveIn(const std::string& folder, const std::string& name);
 

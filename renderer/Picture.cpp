@@ -1,50 +1,119 @@
-// Loading pictures through gdk-pixbuf, with the guard against absurd sizes, resampling, and the
-// conversion into cairo's premultiplied pixel format.
+// Loading pictures: bounded read, header check, decoding at the drawn size through a
+// gdk-pixbuf loader of the one format the header names, resampling, and the conversion into
+// cairo's premultiplied pixel format.
 #include "renderer/Picture.h"
+
+#include "renderer/Failure.h"
+#include "renderer/InputFile.h"
+#include "renderer/PictureHeader.h"
 
 namespace tolvex::render {
 namespace {
 
-// The size the header claims, read without decoding the pixels: a 100000 x 100000 BMP of a
-// few bytes must be refused here and not by running out of memory.
-Status CheckSize(const std::string& path) {
-  int width = 0;
-  int height = 0;
-  if (gdk_pixbuf_get_file_info(path.c_str(), &width, &height) == nullptr) {
-    return Status::kPictureUnreadable;
-  }
-  if (width <= 0 || height <= 0) return Status::kPictureUnreadable;
-  if (static_cast<int64_t>(width) * height > kMaxPicturePixels) return Status::kPictureTooLarge;
-  return Status::kOk;
+struct ObjectUnref {
+  void operator()(gpointer p) const { g_object_unref(p); }
+};
+
+bool SizeAcceptable(int64_t width, int64_t height) {
+  return width > 0 && height > 0 && width <= kMaxPictureSide && height <= kMaxPictureSide &&
+         width * height <= kMaxPicturePixels;
 }
 
-bool SizeAcceptable(int width, int height) {
-  return width > 0 && height > 0 && static_cast<int64_t>(width) * height <= kMaxPicturePixels;
+// What the loader is asked for, and whether what it announced was refused.
+struct Request {
+  int width = 0;  // 0: the picture's own size
+  int height = 0;
+  bool tooLarge = false;
+};
+
+void OnSizePrepared(GdkPixbufLoader* loader, int width, int height, gpointer data) {
+  auto* request = static_cast<Request*>(data);
+  // The header was checked before; this guards against a decoder that finds another size.
+  if (!SizeAcceptable(width, height)) {
+    request->tooLarge = true;
+    gdk_pixbuf_loader_set_size(loader, 1, 1);
+  } else if (request->width > 0) {
+    gdk_pixbuf_loader_set_size(loader, request->width, request->height);
+  }
+}
+
+std::string TakeMessage(GError* error, const char* otherwise) {
+  if (error == nullptr) return otherwise;
+  std::string message = error->message;
+  g_error_free(error);
+  return message;
+}
+
+// Reads, checks and decodes the picture at `path`, at `request`'s size when it has one.
+Status Decode(const std::string& path, Request request, PixbufPtr* out) {
+  InputFile file;
+  if (const Status s = ReadInputFile(path, "picture", kMaxPictureBytes,
+                                     Status::kPictureUnreadable, &file);
+      s != Status::kOk) {
+    return s;
+  }
+  const PictureHeader header = ReadPictureHeader(file.bytes);
+  if (!header.problem.empty()) {
+    return Fail(Status::kPictureUnreadable, "cannot read picture " + path + ": " + header.problem);
+  }
+  if (!SizeAcceptable(header.width, header.height)) {
+    return Fail(Status::kPictureTooLarge,
+                "picture " + path + " is too large: " + std::to_string(header.width) + " x " +
+                    std::to_string(header.height) + " pixels");
+  }
+
+  GError* error = nullptr;
+  std::unique_ptr<GdkPixbufLoader, ObjectUnref> loader(
+      gdk_pixbuf_loader_new_with_type(LoaderName(header.format), &error));
+  if (!loader) {
+    return Fail(Status::kPictureUnreadable,
+                "cannot decode picture " + path + ": " + TakeMessage(error, "no decoder"));
+  }
+  g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(OnSizePrepared), &request);
+  const auto* bytes = reinterpret_cast<const guchar*>(file.bytes.data());
+  bool ok = gdk_pixbuf_loader_write(loader.get(), bytes, file.bytes.size(), &error);
+  // Closing tells the decoder that no more bytes come, so a truncated file is noticed.
+  ok = gdk_pixbuf_loader_close(loader.get(), ok ? &error : nullptr) && ok;
+  const std::string why = TakeMessage(error, "corrupt");
+  if (request.tooLarge) return Fail(Status::kPictureTooLarge, "picture " + path + " is too large");
+  GdkPixbuf* picture = gdk_pixbuf_loader_get_pixbuf(loader.get());
+  if (!ok || picture == nullptr) {
+    return Fail(Status::kPictureUnreadable, "cannot decode picture " + path + ": " + why);
+  }
+  out->reset(GDK_PIXBUF(g_object_ref(picture)));
+  return Status::kOk;
 }
 
 }  // namespace
 
 Status LoadPicture(const std::string& path, PixbufPtr* out) {
-  if (const Status s = CheckSize(path); s != Status::kOk) return s;
-  GError* error = nullptr;
-  GdkPixbuf* picture = gdk_pixbuf_new_from_file(path.c_str(), &error);
-  if (error != nullptr) g_error_free(error);
-  if (picture == nullptr) return Status::kPictureUnreadable;
-  out->reset(picture);
-  return Status::kOk;
+  return Decode(path, Request{}, out);
 }
 
 Status LoadPictureAt(const std::string& path, int width, int height, PixbufPtr* out) {
-  if (!SizeAcceptable(width, height)) return Status::kBadArgument;
+  if (!SizeAcceptable(width, height)) {
+    return Fail(Status::kBadArgument, "cannot draw picture " + path + " at " +
+                                          std::to_string(width) + " x " + std::to_string(height));
+  }
   PixbufPtr picture;
-  if (const Status s = LoadPicture(path, &picture); s != Status::kOk) return s;
+  if (const Status s = Decode(path, Request{width, height, false}, &picture); s != Status::kOk) {
+    return s;
+  }
+  if (gdk_pixbuf_get_width(picture.get()) == width &&
+      gdk_pixbuf_get_height(picture.get()) == height) {
+    *out = std::move(picture);
+    return Status::kOk;
+  }
   return Resample(picture.get(), width, height, out);
 }
 
 Status Resample(const GdkPixbuf* picture, int width, int height, PixbufPtr* out) {
-  if (!SizeAcceptable(width, height)) return Status::kBadArgument;
+  if (!SizeAcceptable(width, height)) {
+    return Fail(Status::kBadArgument,
+                "cannot resample to " + std::to_string(width) + " x " + std::to_string(height));
+  }
   GdkPixbuf* scaled = gdk_pixbuf_scale_simple(picture, width, height, GDK_INTERP_BILINEAR);
-  if (scaled == nullptr) return Status::kDrawingFailed;
+  if (scaled == nullptr) return Fail(Status::kDrawingFailed, "out of memory while resampling");
   out->reset(scaled);
   return Status::kOk;
 }
@@ -55,10 +124,12 @@ Status ToSurface(const GdkPixbuf* picture, SurfacePtr* out) {
   const int channels = gdk_pixbuf_get_n_channels(picture);
   const bool alpha = gdk_pixbuf_get_has_alpha(picture);
   if (gdk_pixbuf_get_bits_per_sample(picture) != 8 || channels < (alpha ? 4 : 3)) {
-    return Status::kPictureUnreadable;
+    return Fail(Status::kPictureUnreadable, "unexpected pixel layout of a decoded picture");
   }
   SurfacePtr surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
-  if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) return Status::kDrawingFailed;
+  if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) {
+    return Fail(Status::kDrawingFailed, "out of memory while drawing a picture");
+  }
 
   const guint8* source = gdk_pixbuf_read_pixels(picture);
   const int sourceStride = gdk_pixbuf_get_rowstride(picture);

@@ -1,6 +1,7 @@
-// Loading pictures: decoding through gdk-pixbuf (BMP, PNG, JPEG and whatever loaders are
-// installed), the guard against absurd sizes, resampling, and handing the result to cairo.
-// Owns the GObject/cairo lifetimes of pictures; draws nothing. Reentrant.
+// Loading pictures: the file read whole within a size limit (InputFile), its format and claimed
+// size checked from the header (PictureHeader: PNG, JPEG and BMP only), then decoded through
+// gdk-pixbuf at the size it is drawn, resampling, and handing the result to cairo. Owns the
+// GObject/cairo lifetimes of pictures; draws nothing. Reentrant.
 #ifndef TOLVEX_RENDERER_PICTURE_H
 #define TOLVEX_RENDERER_PICTURE_H
 
@@ -15,8 +16,11 @@
 
 namespace tolvex::render {
 
-// Pictures claiming more pixels than this are refused before decoding.
-inline constexpr int64_t kMaxPicturePixels = 64LL * 1000 * 1000;
+// Pictures whose header claims more pixels than this, or a side longer than kMaxPictureSide,
+// are refused before decoding. A 6000 x 4000 camera photo fits; a PNG or BMP this large takes
+// about 100 MB while it is decoded, a JPEG far less (it is decoded at the size drawn).
+inline constexpr int64_t kMaxPicturePixels = 25LL * 1000 * 1000;
+inline constexpr int64_t kMaxPictureSide = 16384;
 
 struct PixbufUnref {
   void operator()(GdkPixbuf* p) const { g_object_unref(p); }
@@ -27,12 +31,12 @@ struct SurfaceDestroy {
 using PixbufPtr = std::unique_ptr<GdkPixbuf, PixbufUnref>;
 using SurfacePtr = std::unique_ptr<cairo_surface_t, SurfaceDestroy>;
 
-// Decodes the picture at `path` at its own size, after checking from its header that it is
-// no larger than kMaxPicturePixels.
+// Decodes the picture at `path` at its own size.
 Status LoadPicture(const std::string& path, PixbufPtr* out);
 
-// Decodes the picture at `path` and resamples it to exactly `width` x `height` (the aspect is
-// not kept: a picture fills the rectangle it is given).
+// Decodes the picture at `path` at exactly `width` x `height` (the aspect is not kept: a
+// picture fills the rectangle it is given). Formats that can be decoded at a smaller size
+// (JPEG) are, so that memory follows the size drawn rather than the size stored.
 Status LoadPictureAt(const std::string& path, int width, int height, PixbufPtr* out);
 
 // `picture` resampled to `width` x `height`, bilinear (area-averaging when reducing).

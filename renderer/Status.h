@@ -1,5 +1,6 @@
-// Why a rendering step failed. Every internal step of the renderers returns one of these; the
-// exported functions collapse them to 0 or 1 at their boundary and nothing else sees them.
+// Why a rendering step failed. Every internal step of the renderers returns one of these (and
+// records the reason in words through Failure.h); the exported functions collapse them to 0 or
+// 1 and a reason at their boundary, and nothing else sees them.
 #ifndef TOLVEX_RENDERER_STATUS_H
 #define TOLVEX_RENDERER_STATUS_H
 

@@ -1,5 +1,5 @@
-// Reads a template file into the page model, through the profile functions only, and decides
-// what missing or odd values mean for drawing.
+// Reads a template file into the page model, once and by the profile functions' own parsing
+// rules, and decides what missing or odd values mean for drawing.
 #include "renderer/TemplateReader.h"
 
 #include <strings.h>
@@ -8,9 +8,12 @@
 #include <cstdlib>
 #include <cstring>
 #include <set>
+#include <unordered_map>
 
-#include <tolvex/Profile.h>
-
+#include "platform/IniDocument.h"
+#include "platform/ResultBuffer.h"
+#include "renderer/Failure.h"
+#include "renderer/InputFile.h"
 #include "renderer/Paths.h"
 
 namespace tolvex::render {
@@ -19,7 +22,7 @@ namespace {
 constexpr const char* kBackground = "Background";
 constexpr const char* kSentinel = "default";
 // The application reads file names with 1000 bytes; we read every value that way.
-constexpr DWORD kValueBuffer = 1000;
+constexpr uint32_t kValueBuffer = 1000;
 
 // Key names of one button: the numbered ones put the index into a pattern, the previous and
 // next buttons have fixed names in their own sections.
@@ -169,11 +172,102 @@ Rect Rect::Intersect(const Rect& o) const {
               std::min(bottom, o.bottom)};
 }
 
+// The sections and keys of the parsed file by name, ASCII case folded: the first section of
+// each name, and in it the first entry of each name, as the profile functions find them.
+struct TemplateFile::Index {
+  explicit Index(std::string_view bytes) : document(bytes) {
+    const auto& sections = document.sections();
+    for (size_t s = 0; s < sections.size(); ++s) {
+      if (sections[s].nameless) continue;
+      auto [at, added] = byName.emplace(Folded(sections[s].name), Section{s, {}});
+      if (!added) continue;
+      for (size_t i = sections[s].firstLine; i < sections[s].endLine; ++i) {
+        const platform::IniLine& line = document.lines()[i];
+        if (line.isHeader || line.dropped) continue;
+        at->second.entries.emplace(Folded(line.name), i);
+      }
+    }
+  }
+
+  std::u16string Folded(platform::UnitRange range) const { return Fold(document.Units(range)); }
+  static std::u16string Fold(std::u16string_view units) {
+    std::u16string folded(units);
+    for (char16_t& u : folded) {
+      if (u >= 'A' && u <= 'Z') u = static_cast<char16_t>(u + ('a' - 'A'));
+    }
+    return folded;
+  }
+
+  struct Section {
+    size_t index;
+    std::unordered_map<std::u16string, size_t> entries;  // folded name -> line
+  };
+  platform::IniDocument document;
+  std::unordered_map<std::u16string, Section> byName;
+};
+
+TemplateFile::TemplateFile() = default;
+TemplateFile::~TemplateFile() = default;
+TemplateFile::TemplateFile(TemplateFile&&) noexcept = default;
+TemplateFile& TemplateFile::operator=(TemplateFile&&) noexcept = default;
+
+Status TemplateFile::Load(const std::string& templatePath, TemplateFile* file) {
+  const std::string diskPath = TemplateOnDisk(templatePath);
+  InputFile input;
+  if (const Status s = ReadInputFile(diskPath, "template", kMaxTemplateBytes,
+                                     Status::kTemplateUnreadable, &input);
+      s != Status::kOk) {
+    return s;
+  }
+  *file = FromBytes(templatePath, input.bytes);
+  file->m_device = input.device;
+  file->m_inode = input.inode;
+  return Status::kOk;
+}
+
+TemplateFile TemplateFile::FromBytes(const std::string& templatePath, std::string_view bytes) {
+  TemplateFile file;
+  file.m_path = templatePath;
+  file.m_diskPath = TemplateOnDisk(templatePath);
+  file.m_index = std::make_unique<Index>(bytes);
+  return file;
+}
+
+bool TemplateFile::HasSection(const char* section) const {
+  return m_index->byName.count(Index::Fold(m_index->document.ToUnits(section))) > 0;
+}
+
+std::vector<std::string> TemplateFile::Keys(const char* section) const {
+  std::vector<std::string> keys;
+  const auto found = m_index->byName.find(Index::Fold(m_index->document.ToUnits(section)));
+  if (found == m_index->byName.end()) return keys;
+  // The key list of GetPrivateProfileStringA: entries with a value, not starting with ';'.
+  const platform::IniDocument& document = m_index->document;
+  const platform::IniSection& s = document.sections()[found->second.index];
+  for (size_t i = s.firstLine; i < s.endLine; ++i) {
+    const platform::IniLine& line = document.lines()[i];
+    if (line.isHeader || line.dropped || !line.hasValue || line.name.empty()) continue;
+    if (document.text().units[line.name.begin] == ';') continue;
+    keys.push_back(document.Ansi(line.name));
+  }
+  return keys;
+}
+
 std::optional<std::string> TemplateFile::Text(const char* section, const std::string& key) const {
+  const platform::IniDocument& document = m_index->document;
+  const auto found = m_index->byName.find(Index::Fold(document.ToUnits(section)));
+  if (found == m_index->byName.end()) return std::nullopt;
+  const auto entry = found->second.entries.find(
+      Index::Fold(document.ToUnits(platform::TrimBlanks(key))));
+  if (entry == found->second.entries.end()) return std::nullopt;
+  const platform::IniLine& line = document.lines()[entry->second];
+  if (!line.hasValue) return std::nullopt;
   char buffer[kValueBuffer];
-  GetPrivateProfileStringA(section, key.c_str(), kSentinel, buffer, sizeof buffer, m_path.c_str());
-  if (std::strcmp(buffer, kSentinel) == 0) return std::nullopt;
-  return std::string(buffer);
+  const uint32_t length =
+      platform::CopyValueText(document.Ansi(line.value), buffer, sizeof buffer);
+  std::string text(buffer, length);
+  if (text == kSentinel) return std::nullopt;
+  return text;
 }
 
 std::optional<int> TemplateFile::Int(const char* section, const std::string& key) const {
@@ -187,46 +281,12 @@ bool TemplateFile::Flag(const char* section, const std::string& key) const {
   return text && (*text == "TRUE" || *text == "true");
 }
 
-std::string TemplateFile::ReadList(const char* section) const {
-  // Windows cuts a list that does not fit and then returns size - 2; grow until it fits.
-  std::string buffer(4096, '\0');
-  for (;;) {
-    const DWORD size = static_cast<DWORD>(buffer.size());
-    const DWORD used = GetPrivateProfileStringA(section, nullptr, "", buffer.data(), size,
-                                                m_path.c_str());
-    if (used + 2 < size || size >= (1u << 26)) {
-      buffer.resize(std::min<DWORD>(used, size));
-      return buffer;
-    }
-    buffer.assign(buffer.size() * 4, '\0');
+Status ReadPage(const TemplateFile& file, Page* page) {
+  if (!file.HasSection(kBackground)) {
+    return Fail(Status::kTemplateUnreadable,
+                "template " + file.diskPath() + " has no section [Background]");
   }
-}
-
-bool TemplateFile::HasSection(const char* section) const {
-  const std::string list = ReadList(nullptr);
-  for (size_t at = 0; at < list.size();) {
-    const size_t end = std::min(list.find('\0', at), list.size());
-    if (strcasecmp(list.substr(at, end - at).c_str(), section) == 0) return true;
-    at = end + 1;
-  }
-  return false;
-}
-
-std::vector<std::string> TemplateFile::Keys(const char* section) const {
-  const std::string list = ReadList(section);
-  std::vector<std::string> keys;
-  for (size_t at = 0; at < list.size();) {
-    const size_t end = std::min(list.find('\0', at), list.size());
-    if (end > at) keys.push_back(list.substr(at, end - at));
-    at = end + 1;
-  }
-  return keys;
-}
-
-Status ReadPage(const std::string& templatePath, Page* page) {
-  const TemplateFile file(templatePath);
-  if (!file.HasSection(kBackground)) return Status::kTemplateUnreadable;
-  const std::string folder = TemplateFolder(templatePath);
+  const std::string folder = TemplateFolder(file.path());
 
   Page result;
   result.height = file.Flag(kBackground, "NTSC") ? 480 : 576;

@@ -1,11 +1,16 @@
-// Reads a template file into the page model, through the profile functions only. Decides what
-// a missing or odd value means for drawing (see the defaults below); loads no picture and
-// draws nothing. Reentrant: every call reads the file afresh and keeps nothing.
+// Reads a template file into the page model: the file is read once per render and parsed by
+// the profile functions' own rules. Decides what a missing or odd value means for drawing (see
+// the defaults below); loads no picture and draws nothing. Reentrant: keeps nothing between
+// calls.
 #ifndef TOLVEX_RENDERER_TEMPLATEREADER_H
 #define TOLVEX_RENDERER_TEMPLATEREADER_H
 
+#include <sys/types.h>
+
+#include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "renderer/Page.h"
@@ -13,15 +18,33 @@
 
 namespace tolvex::render {
 
-// One template file seen through GetPrivateProfileStringA, with the library's sentinel rule:
-// a value that reads as "default" counts as missing.
+// One template file, read once and parsed by the same rules as the profile functions (the
+// platform's parser), with the library's sentinel rule: a value that reads as "default" counts
+// as missing. Every lookup is a hash lookup, so reading a page costs time in proportion to the
+// template's size however many buttons it has.
 class TemplateFile {
  public:
-  explicit TemplateFile(std::string path) : m_path(std::move(path)) {}
+  TemplateFile();
+  ~TemplateFile();
+  TemplateFile(TemplateFile&&) noexcept;
+  TemplateFile& operator=(TemplateFile&&) noexcept;
 
+  // Reads the template at `templatePath` (a bare file name lives in the profile folder), at
+  // most kMaxTemplateBytes, never blocking on a FIFO or device.
+  static Status Load(const std::string& templatePath, TemplateFile* file);
+  // A template from bytes already in memory; `templatePath` is where its names are relative to.
+  static TemplateFile FromBytes(const std::string& templatePath, std::string_view bytes);
+
+  // The path as the caller gave it, and the file it names.
   const std::string& path() const { return m_path; }
+  const std::string& diskPath() const { return m_diskPath; }
+  dev_t device() const { return m_device; }
+  ino_t inode() const { return m_inode; }
+
   bool HasSection(const char* section) const;
   std::vector<std::string> Keys(const char* section) const;
+  // The value as GetPrivateProfileStringA reads it into 1000 bytes, or nothing when it is
+  // missing or reads "default".
   std::optional<std::string> Text(const char* section, const std::string& key) const;
   // atoi of the text, as the library reads integer text.
   std::optional<int> Int(const char* section, const std::string& key) const;
@@ -29,14 +52,18 @@ class TemplateFile {
   bool Flag(const char* section, const std::string& key) const;
 
  private:
-  std::string ReadList(const char* section) const;
+  struct Index;
 
   std::string m_path;
+  std::string m_diskPath;
+  dev_t m_device = 0;
+  ino_t m_inode = 0;
+  std::unique_ptr<Index> m_index;
 };
 
-// Fills `page` from the template at `templatePath`. Picture names come back as full paths
-// (relative ones taken from the template's folder). Fails only when the template cannot be
-// read or has no section "Background"; every missing value has a default:
+// Fills `page` from `file`. Picture names come back as full paths (relative ones taken from the
+// template's folder). Fails only when the template has no section "Background"; every missing
+// value has a default:
 //   - "NTSC" missing: PAL (720x576); no "BackgroundBmp": a black background;
 //   - no "CurrentNumberOfButton": no numbered buttons; a button whose four edges are not all
 //     there is not on the page; edges given in the wrong order are swapped;
@@ -44,7 +71,7 @@ class TemplateFile {
 //     0..255 (read as the unsigned value the template stored, so -1 is 4294967295, clamped 255);
 //   - a title without a position is centred on its button (the page, for the page title); a
 //     title without a size is kDefaultTitleSizePx pixels; without a font name, the default family.
-Status ReadPage(const std::string& templatePath, Page* page);
+Status ReadPage(const TemplateFile& file, Page* page);
 
 }  // namespace tolvex::render
 

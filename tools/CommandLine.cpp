@@ -93,7 +93,9 @@ int RunCommandLine(int argc, char** argv) {
   cmd->add_option("FILE", file, "template file")->required();
   cmd->add_option("--preview", preview,
                   "also write a PNG of the menu with the button areas outlined");
-  cmd->callback([&] { run = [&] { return RunRender(file, preview); }; });
+  bool force = false;
+  cmd->add_flag("--force", force, "render even when check finds errors");
+  cmd->callback([&] { run = [&] { return RunRender(file, preview, force); }; });
 
   std::string source, target;
   unsigned width = 0, height = 0;

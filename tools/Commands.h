@@ -3,6 +3,7 @@
 #ifndef TOLVEX_TOOLS_COMMANDS_H
 #define TOLVEX_TOOLS_COMMANDS_H
 
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
@@ -38,7 +39,10 @@ int RunShow(const std::string& file, bool json);
 int RunCheck(const std::string& file);
 // `changes` is a JSON file in the shape show --json prints, or "-" for the standard input.
 int RunApply(const std::string& file, const std::string& changes);
-int RunRender(const std::string& file, const std::string& preview);
+// check's findings on `out`, one line each; returns check's exit status and, in `errors`, how
+// many findings were errors. For render, which refuses a page with errors.
+int CheckTemplate(const std::string& file, std::ostream& out, int* errors);
+int RunRender(const std::string& file, const std::string& preview, bool force);
 int RunResize(const std::string& source, const std::string& target, unsigned width,
               unsigned height);
 

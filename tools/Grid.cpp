@@ -36,8 +36,9 @@ PagePlan PlanPage(unsigned count, const Canvas& canvas, bool nav) {
   const int areaBottom = nav ? safe.bottom - kNavHeight - kGap : safe.bottom;
   const int cellW = (safe.right - safe.left - (cols - 1) * kGap) / cols;
   const int cellH = (areaBottom - areaTop - (rows - 1) * kGap) / rows;
-  // The title takes a fifth of the cell, at least 12 and at most 24 pixels.
-  const int titleBand = EvenDown(std::clamp(cellH / 5, 12, 24));
+  // The title takes a fifth of the cell, at least 16 and at most 24 pixels; its text, 4 pixels
+  // below the box, fits the band with its descenders.
+  const int titleBand = EvenDown(std::clamp(cellH / 5, 16, 24));
   const int boxH = EvenDown(std::min(cellH - titleBand, cellW * 9 / 16));
   const int boxW = boxH * 16 / 9;
 
@@ -53,7 +54,7 @@ PagePlan PlanPage(unsigned count, const Canvas& canvas, bool nav) {
     ButtonPlace place{};
     place.rect = {left, top, left + boxW, top + boxH};
     place.title = {left, top + boxH + 4};
-    place.titleSize = static_cast<unsigned>(titleBand * 3 / 4);
+    place.titleSize = static_cast<unsigned>((titleBand - 4) * 4 / 5);
     place.row = static_cast<unsigned>(row + 1);
     place.column = static_cast<unsigned>(col + 1);
     plan.buttons.push_back(place);

@@ -178,10 +178,15 @@ TEST_F(Resize, WritesTheSizeAskedInTheFormatOfTheExtension) {
   EXPECT_EQ(Picture::Load(dir.File("big.jpg")).width, 300);
 
   // A one-pixel checkerboard reduced fivefold is an even grey, not picked black or white.
-  std::string board = "P5 50 50 255\n";  // a grey map: one byte a pixel
-  for (int i = 0; i < 50 * 50; ++i) board += (i % 50 + i / 50) % 2 ? '\xff' : '\0';
-  WriteFile(dir.File("board.pgm"), board);
-  ASSERT_NE(Run("board.pgm", "grey.bmp", 10, 10), 0);
+  std::shared_ptr<GdkPixbuf> board(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, 50, 50),
+                                   g_object_unref);
+  for (int i = 0; i < 50 * 50; ++i) {
+    guint8* px = gdk_pixbuf_get_pixels(board.get()) +
+                 i / 50 * gdk_pixbuf_get_rowstride(board.get()) + i % 50 * 3;
+    px[0] = px[1] = px[2] = (i % 50 + i / 50) % 2 ? 255 : 0;
+  }
+  ASSERT_TRUE(gdk_pixbuf_save(board.get(), dir.File("board.png").c_str(), "png", nullptr, nullptr));
+  ASSERT_NE(Run("board.png", "grey.bmp", 10, 10), 0);
   const Picture grey = Picture::Load(dir.File("grey.bmp"));
   for (int i = 0; i < 100; ++i) EXPECT_NEAR(grey.At(i % 10, i / 10)[1], 128, 12) << i;
 }

@@ -1,0 +1,141 @@
+// Where the renderers may write: never over their template, a picture they draw or the other
+// renderer's output (whatever the spelling), never over anything but a regular file, never
+// over a read-only one (as root too); symbolic links are followed, a file-size limit fails the
+// write instead of killing the caller, and no temporary file is left behind.
+#include <tolvex/MenuBmp.h>
+#include <tolvex/MenuMask.h>
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "renderer/RenderTestSupport.h"
+
+namespace tolvex::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool Has(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+class OutputSafety : public ::testing::Test {
+ protected:
+  OutputSafety() : tpl(dir) {
+    tpl.Page("NTSC", "TRUE");
+    WriteSolidPicture(dir.File("bg.png"), 8, 8, kBlue);
+    tpl.Page("BackgroundBmp", "bg.png");
+    fs::create_directory(dir.File("sub"));
+  }
+  // Renders with the library named and returns its reason; expects a refusal when `refused`.
+  std::string Render(bool mask, bool refused) {
+    const int result = mask ? CreateMaskMenuBmp(tpl.path()) : CreateMenuBmp(tpl.path());
+    const std::string reason = mask ? TolvexMenuMaskLastError() : TolvexMenuBmpLastError();
+    EXPECT_EQ(result == 0, refused) << reason;
+    return reason;
+  }
+  std::vector<std::string> Names() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(dir.path())) {
+      names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+  TempDir dir;
+  TestTemplate tpl;
+};
+
+TEST_F(OutputSafety, AnOutputThatIsAnInputOrTheOtherOutputIsRefusedHoweverSpelt) {
+  fs::create_symlink("bg.png", dir.File("alias.png"));
+  const std::string templateBytes = ReadFile(tpl.path());
+  const std::string picture = ReadFile(dir.File("bg.png"));
+  const std::tuple<bool, const char*, std::string, const char*> cases[] = {
+      {false, "OutputBmp", "sub/../menu.ini", "the template itself"},
+      {true, "OutMask", dir.File("menu.ini"), "the template itself"},
+      {false, "OutputBmp", "./alias.png", "the picture"},
+      {true, "OutMask", "bg.png", "the picture"},
+      {false, "OutputBmp", "sub/../same.bmp", "the other output"},  // OutMask=same.bmp below
+      {true, "OutMask", "./same.bmp", "the other output"}};
+  for (const auto& [mask, key, value, why] : cases) {
+    tpl.Page({{"OutputBmp", "same.bmp"}, {"OutMask", "same.bmp"}});
+    tpl.Page(key, value);
+    const std::string before = ReadFile(tpl.path());
+    EXPECT_PRED2(Has, Render(mask, true), why) << value;
+    EXPECT_EQ(ReadFile(tpl.path()), before) << value;
+    EXPECT_EQ(ReadFile(dir.File("bg.png")), picture) << value;
+  }
+  EXPECT_FALSE(FileExists(dir.File("same.bmp")));
+
+  // Without "OutputBmp", a template called m.bmp would be its own default output.
+  TestTemplate named(dir, "m.bmp");
+  named.Page("NTSC", "TRUE");
+  const std::string bytes = ReadFile(dir.File("m.bmp"));
+  EXPECT_EQ(CreateMenuBmp(named.path()), 0);
+  EXPECT_PRED2(Has, std::string(TolvexMenuBmpLastError()), "the template itself");
+  EXPECT_EQ(ReadFile(dir.File("m.bmp")), bytes);
+}
+
+TEST_F(OutputSafety, LinksAreFollowedAndOnlyWritableRegularFilesReplaced) {
+  fs::create_symlink("sub/real.bmp", dir.File("link.bmp"));
+  tpl.Page({{"OutputBmp", "link.bmp"}, {"OutMask", "mask.bmp"}});
+  Render(false, false);
+  EXPECT_TRUE(fs::is_symlink(dir.File("link.bmp")));
+  EXPECT_EQ(Picture::Load(dir.File("sub/real.bmp")).At(0, 0), kBlue);
+
+  ASSERT_EQ(mkfifo(dir.File("fifo.bmp").c_str(), 0644), 0);
+  fs::create_symlink("fifo.bmp", dir.File("to-fifo.bmp"));
+  WriteFile(dir.File("locked.bmp"), "old");
+  chmod(dir.File("locked.bmp").c_str(), 0444);  // root may write it, but must not
+  const std::pair<const char*, const char*> cases[] = {
+      {"fifo.bmp", "not a regular file"}, {"to-fifo.bmp", "not a regular file"},
+      {"sub", "it is a folder"},          {"locked.bmp", "the file is read-only"},
+      {"no/folder.bmp", "no such file"}};
+  for (const auto& [name, why] : cases) {
+    for (const bool mask : {false, true}) {
+      tpl.Page(mask ? "OutMask" : "OutputBmp", name);
+      EXPECT_PRED2(Has, Render(mask, true), std::string(name) + ": " + why) << name;
+      tpl.Page({{"OutputBmp", "link.bmp"}, {"OutMask", "mask.bmp"}});
+    }
+  }
+  EXPECT_TRUE(fs::is_fifo(dir.File("fifo.bmp")));
+  EXPECT_TRUE(fs::is_symlink(dir.File("to-fifo.bmp")));
+  EXPECT_EQ(ReadFile(dir.File("locked.bmp")), "old");
+  EXPECT_EQ(Names(), (std::vector<std::string>{"bg.png", "fifo.bmp", "link.bmp",
+                                               "locked.bmp", "menu.ini", "sub", "to-fifo.bmp"}));
+}
+
+TEST_F(OutputSafety, AFileSizeLimitFailsTheWriteAndLeavesNoTemporary) {
+  tpl.Page({{"OutputBmp", "menu.bmp"}, {"OutMask", "mask.bmp"}});
+  WriteFile(dir.File("menu.bmp"), "old");
+  // A temporary left by a writer killed before its rename; the next write removes it.
+  WriteFile(dir.File(".menu.bmp.tolvex-999999-0"), "stale");
+  WriteFile(dir.File(".menu.bmp.tmp999999-0-123"), "stale");  // named by an earlier version
+  WriteFile(dir.File(".menu.bmp.tmpfile"), "not ours");
+  for (const bool mask : {false, true}) {
+    const pid_t pid = fork();
+    if (pid == 0) {
+      const struct rlimit limit = {20000, 20000};  // a page's BMP is a megabyte
+      setrlimit(RLIMIT_FSIZE, &limit);
+      const int result = mask ? CreateMaskMenuBmp(tpl.path()) : CreateMenuBmp(tpl.path());
+      const std::string reason = mask ? TolvexMenuMaskLastError() : TolvexMenuBmpLastError();
+      _exit(result == 0 && reason.find("too large") != std::string::npos ? 0 : 1);
+    }
+    int status = 0;
+    waitpid(pid, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status)) << "killed by signal " << WTERMSIG(status);
+    EXPECT_EQ(WEXITSTATUS(status), 0) << "rendered, or failed for another reason";
+  }
+  EXPECT_EQ(ReadFile(dir.File("menu.bmp")), "old");
+  EXPECT_EQ(Names(), (std::vector<std::string>{".menu.bmp.tmpfile", "bg.png", "menu.bmp",
+                                               "menu.ini", "sub"}));
+}
+
+}  // namespace
+}  // namespace tolvex::test
