@@ -100,6 +100,16 @@ int IndexedIni::FindSection(const std::u16string& folded) const {
   return found == m_firstSection.end() ? -1 : static_cast<int>(found->second);
 }
 
+int IndexedIni::FindTrimmedSection(const char* app) const {
+  if (m_lastSection >= 0 && m_lastApp == app) return m_lastSection;
+  int found = FindSection(Folded(Units(TrimBlanks(app))));
+  if (found >= 0) {
+    m_lastApp = app;
+    m_lastSection = found;
+  }
+  return found;
+}
+
 const IndexedIni::Line* IndexedIni::FindEntry(const Section& section,
                                               const std::u16string& folded) const {
   auto found = section.entries.find(folded);
@@ -143,7 +153,7 @@ uint32_t IndexedIni::Read(const char* app, const char* key, const char* defaultT
 uint32_t IndexedIni::ReadValue(const char* app, const char* key, const char* defaultText,
                                char* buffer, uint32_t size) const {
   if (size == 0) return 0;
-  int section = FindSection(Folded(Units(TrimBlanks(app))));
+  int section = FindTrimmedSection(app);
   if (section >= 0) {
     const Line* entry = FindEntry(m_sections[section], Folded(Units(TrimBlanks(key))));
     if (entry && entry->parse.hasValue)
@@ -190,7 +200,7 @@ bool IndexedIni::Write(const char* app, const char* key, const char* value) {
   const std::u16string newValue = Units(WithoutLeadingBlanks(value));
   Outcome outcome = Outcome::kRebuild;
   if (!HasLineBreak(newValue)) {
-    int found = FindSection(Folded(Units(TrimBlanks(app))));
+    int found = FindTrimmedSection(app);
     if (found < 0) {
       outcome = AddSection(app, key, newValue);
     } else {

@@ -52,6 +52,8 @@ class IndexedIni {
 
   std::u16string Units(std::string_view ansi) const { return UnitsFromAnsi(ansi, m_encoding); }
   int FindSection(const std::u16string& folded) const;
+  // The first section called `app` trimmed of blanks (as reads and writes look it up), or -1.
+  int FindTrimmedSection(const char* app) const;
   const Line* FindEntry(const Section& section, const std::u16string& folded) const;
   std::u16string_view NameOf(const Section& section) const;
 
@@ -74,6 +76,10 @@ class IndexedIni {
   std::vector<Section> m_sections;
   std::unordered_map<std::u16string, uint32_t> m_firstSection;  // folded name -> index
   size_t m_memory = 0;
+  // The last section found by FindTrimmedSection: calls come in long runs on one section.
+  // Sections are only ever added at the end, so a section once found stays the first match.
+  mutable std::string m_lastApp;
+  mutable int m_lastSection = -1;
 };
 
 }  // namespace tolvex::platform

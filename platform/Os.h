@@ -13,9 +13,34 @@
 
 namespace tolvex::platform::os {
 
-// Reads the whole of `path` into `bytes` with one open and a read loop. kNotFound when the
-// file does not exist, kIsDirectory for a folder.
-Status ReadWholeFile(const std::string& path, std::string* bytes);
+// The largest profile file read, in bytes. Templates of a few megabytes are large; the limit
+// only stops a read of something that is no template at all from taking unbounded memory.
+inline constexpr uint64_t kMaxProfileBytes = 256ull << 20;
+
+// What proves a file unchanged since it was read: its identity, size and times, and whether
+// its file system keeps times that can be trusted for that (see posix/PosixFiles.cpp).
+struct FileStamp {
+  uint64_t device = 0;
+  uint64_t inode = 0;
+  uint64_t size = 0;
+  int64_t modifiedNs = 0;
+  int64_t changedNs = 0;
+  int64_t takenNs = 0;        // ReadWholeFile only: the system time just before it looked
+  bool timesTrusted = false;  // set by ReadWholeFile only
+  bool SameFileAs(const FileStamp& other) const {
+    return device == other.device && inode == other.inode && size == other.size &&
+           modifiedNs == other.modifiedNs && changedNs == other.changedNs;
+  }
+};
+
+// Reads the whole of `path` into `bytes` with one open and a read loop, and, when `stamp` is
+// given, stamps what was read. Only regular files are read, and without waiting for a writer
+// (a FIFO or device fails at once with kInvalidArgument); kNotFound when the file does not
+// exist, kIsDirectory for a folder, kNoSpace for a file over kMaxProfileBytes.
+Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp = nullptr);
+
+// Stamps `path` with one stat(), following links (takenNs and timesTrusted are left unset).
+Status StampFile(const std::string& path, FileStamp* stamp);
 
 // Follows symbolic links from `path` to the file they end at, which need not exist yet, so
 // that a write replaces the link's target and leaves the link in place.

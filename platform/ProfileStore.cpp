@@ -1,6 +1,7 @@
 // Reads and writes of profile files: path rules, then the OS seam for the bytes and the
-// parser and editor for their meaning. No cache: every call reads the file afresh, so each
-// read sees every change made by any writer.
+// parser and editor for their meaning, or the calling thread's edit of the file. Reads go
+// through the per-thread parse cache, which proves each time that the file is unchanged, so
+// every read sees every change made by any writer; writes read the file afresh under the lock.
 #include "platform/ProfileStore.h"
 
 #include <cstring>
@@ -9,8 +10,8 @@
 
 #include "platform/IniDocument.h"
 #include "platform/IniEditor.h"
-#include "platform/IniQuery.h"
 #include "platform/Os.h"
+#include "platform/ParseCache.h"
 #include "platform/ProfileEdit.h"
 #include "platform/ProfileFolder.h"
 #include "platform/StagedProfile.h"
@@ -19,23 +20,6 @@ namespace tolvex::platform {
 namespace {
 
 bool IsBareName(const char* file) { return std::strpbrk(file, "/\\") == nullptr; }
-
-// The parse of the bytes this thread read last. Reads of one template come in long runs
-// (a getter of four values is five reads), and parsing costs far more than reading, so a read
-// whose file holds exactly the same bytes again reuses the parse. Every read still reads the
-// whole file and compares every byte: no change by any writer is ever missed.
-const IniDocument& Parsed(std::string bytes) {
-  struct LastParse {
-    std::string bytes;
-    std::unique_ptr<IniDocument> document;
-  };
-  thread_local LastParse last;
-  if (!last.document || last.bytes != bytes) {
-    last.document = std::make_unique<IniDocument>(bytes);
-    last.bytes = std::move(bytes);
-  }
-  return *last.document;
-}
 
 Status LockedWrite(const char* app, const char* key, const char* value,
                    const std::string& path) {
@@ -59,7 +43,8 @@ Status LockedWrite(const char* app, const char* key, const char* value,
     return os::ReplaceFile(target, "");
   }
 
-  std::optional<std::string> changed = EditProfileText(Parsed(bytes), bytes, app, key, value);
+  std::optional<std::string> changed =
+      EditProfileText(IniDocument(bytes), bytes, app, key, value);
   if (!changed) return Status::Ok();
   return os::ReplaceFile(target, *changed);
 }
@@ -84,12 +69,11 @@ Status ReadProfileString(const char* app, const char* key, const char* defaultTe
     *length = staged->Read(app, key, defaultText, buffer, size);
     return Status::Ok();
   }
-  std::string path, bytes;
+  std::string path;
   Status status = ResolveProfilePath(file, &path);
-  if (status.ok()) status = os::ReadWholeFile(path, &bytes);
-  if (!status.ok()) bytes.clear();
-
-  *length = ReadProfileText(Parsed(std::move(bytes)), app, key, defaultText, buffer, size);
+  std::shared_ptr<const IndexedIni> parsed =
+      status.ok() ? ParsedFile(path, &status) : std::make_shared<const IndexedIni>();
+  *length = parsed->Read(app, key, defaultText, buffer, size);
   return status;
 }
 

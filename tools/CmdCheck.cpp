@@ -1,5 +1,5 @@
-// The check command: reads the whole page (in a read-only session) and reports, one line each,
-// what will go wrong when the page is rendered or shown on a television: counts and layouts that do
+// The check command: reads the whole page (in an edit) and reports, one line each, what
+// will go wrong when the page is rendered or shown on a television: counts and layouts that do
 // not agree; buttons off the canvas, on top of each other, outside the title-safe area or on
 // odd lines; frames too thin for interlaced pictures or so thick they squash the picture;
 // titles cut off or running over a neighbour (measured with the renderer's own text layout);

@@ -80,6 +80,9 @@ TemplateSession::TemplateSession(const TemplatePath& file, Purpose purpose)
   if (!m_edit->IsOpen() && purpose == Purpose::kRead) EditPrivateCopy();
   if (!m_edit->IsOpen())
     throw ToolError(file.given(), "cannot edit the file (is its folder missing or read-only?)");
+  // Made meanwhile by another writer? Now that the edit holds the lock, none can make it.
+  if (purpose == Purpose::kCreate && stat(file.library().c_str(), &info) == 0)
+    throw ToolError(file.given(), "already exists (use --force to replace it)");
   // Replacing starts from nothing: every section of the old file goes.
   if (purpose == Purpose::kReplace && exists)
     for (const std::string& section : SectionNames(path()))

@@ -3,6 +3,8 @@
 // Stateless; safe from any thread.
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statfs.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -34,26 +36,82 @@ std::string BaseNameOf(const std::string& file) {
 namespace os {
 namespace {
 
-// Reads all of `path`; also reports its mode when `mode` is given.
-Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode) {
-  int fd = sys::Open(path.c_str(), O_RDONLY);
+int64_t Nanoseconds(const struct timespec& time) {
+  return static_cast<int64_t>(time.tv_sec) * 1000000000 + time.tv_nsec;
+}
+
+void FillStamp(const struct stat& info, int64_t takenNs, FileStamp* stamp) {
+  stamp->device = info.st_dev;
+  stamp->inode = info.st_ino;
+  stamp->size = static_cast<uint64_t>(info.st_size);
+  stamp->modifiedNs = Nanoseconds(info.st_mtim);
+  stamp->changedNs = Nanoseconds(info.st_ctim);
+  stamp->takenNs = takenNs;
+}
+
+int64_t Now() {
+  struct timespec now;
+  clock_gettime(CLOCK_REALTIME, &now);
+  return Nanoseconds(now);
+}
+
+// Whether the times of files on the file system of `fd` change with every write, so that
+// equal times (with the racy-time rule of ParseCache.cpp) prove equal content. Only local
+// file systems whose kernel driver stamps every write with the system clock in nanoseconds:
+// ext2/3/4, XFS, Btrfs, tmpfs, F2FS, ZFS, bcachefs and overlayfs (which passes on the times of
+// the file system below). Not NFS, SMB/CIFS, FUSE, 9p, Ceph or FAT/exFAT/NTFS and the like:
+// there a server or a daemon sets the times, the client may cache them, or they are coarse
+// (two seconds on FAT). Files there are always compared byte for byte.
+bool TimesTrusted(int fd) {
+  struct statfs info;
+  if (::fstatfs(fd, &info) != 0) return false;
+  switch (static_cast<unsigned long>(info.f_type)) {
+    case 0xEF53:      // ext2, ext3, ext4
+    case 0x58465342:  // XFS
+    case 0x9123683E:  // Btrfs
+    case 0x01021994:  // tmpfs
+    case 0xF2F52010:  // F2FS
+    case 0x2FC12FC1:  // ZFS
+    case 0xCA451A4E:  // bcachefs
+    case 0x794C7630:  // overlayfs
+      return true;
+    default:
+      return false;
+  }
+}
+
+// Reads all of `path`; also reports its mode when `mode` is given and stamps it when `stamp`
+// is. O_NONBLOCK keeps the open of a FIFO from waiting for a writer; the file is then
+// refused, as is anything else that is not a regular file (/dev/zero would never end).
+Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode, FileStamp* stamp) {
+  const int64_t takenNs = stamp ? Now() : 0;
+  int fd = sys::Open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY);
   if (fd < 0) return StatusFromErrno(errno);
   struct stat info;
-  if (::fstat(fd, &info) != 0) {
-    Status status = StatusFromErrno(errno);
+  int error = ::fstat(fd, &info) != 0 ? errno : 0;
+  if (error == 0 && S_ISDIR(info.st_mode)) error = EISDIR;
+  if (error == 0 && !S_ISREG(info.st_mode)) error = EINVAL;
+  if (error == 0 && static_cast<uint64_t>(info.st_size) > kMaxProfileBytes) error = EFBIG;
+  if (error != 0) {
     sys::CloseQuietly(fd);
-    return status;
-  }
-  if (S_ISDIR(info.st_mode)) {
-    sys::CloseQuietly(fd);
-    return StatusFromErrno(EISDIR);
+    return StatusFromErrno(error);
   }
   if (mode) *mode = info.st_mode;
+  if (stamp) {
+    FillStamp(info, takenNs, stamp);
+    stamp->timesTrusted = TimesTrusted(fd);
+  }
   bytes->clear();
   // One read usually does it: the buffer is sized from the file, one byte over to see EOF.
+  // A file that grows while it is read is still cut off at the limit.
   size_t chunk = info.st_size > 0 ? static_cast<size_t>(info.st_size) + 1 : 65536;
   size_t filled = 0;
   for (;;) {
+    if (filled > kMaxProfileBytes) {
+      sys::CloseQuietly(fd);
+      bytes->clear();
+      return StatusFromErrno(EFBIG);
+    }
     bytes->resize(filled + chunk);
     ssize_t got = sys::Read(fd, bytes->data() + filled, chunk);
     if (got < 0) {
@@ -73,8 +131,15 @@ Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode) {
 
 }  // namespace
 
-Status ReadWholeFile(const std::string& path, std::string* bytes) {
-  return ReadAll(path, bytes, nullptr);
+Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp) {
+  return ReadAll(path, bytes, nullptr, stamp);
+}
+
+Status StampFile(const std::string& path, FileStamp* stamp) {
+  struct stat info;
+  if (::stat(path.c_str(), &info) != 0) return StatusFromErrno(errno);
+  FillStamp(info, 0, stamp);
+  return Status::Ok();
 }
 
 Status ResolveLinks(const std::string& path, std::string* target) {
@@ -130,7 +195,7 @@ Status CopyFile(const std::string& source, const std::string& target, bool failI
   std::string bytes;
   mode_t mode = 0;
   // The source needs no lock: writers replace it atomically, so any read sees a whole file.
-  Status status = ReadAll(source, &bytes, &mode);
+  Status status = ReadAll(source, &bytes, &mode, nullptr);
   if (!status.ok()) return status;
 
   std::string resolved;

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 #include <spawn.h>
+#include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <tolvex/Profile.h>
 #include <unistd.h>
@@ -78,14 +80,35 @@ int EditDiesAt(char** args) {
   if (!edit) return 3;
   for (int i = 0; i < 100; ++i) {
     std::string key = "k" + std::to_string(i);
-    if (!WritePrivateProfileStringA("s", key.c_str(), "new", args[0])) return 1;
+    if (!WritePrivateProfileStringA("s", key.c_str(), "new", args[0])) {
+      TolvexEndProfileEdit(edit);
+      return 1;
+    }
   }
   auto primitive = static_cast<platform::Primitive>(std::atoi(args[1]));
   platform::RunBeforeNthCall(primitive, std::atoi(args[2]), [] { raise(SIGKILL); });
-  return TolvexCommitProfileEdit(edit) ? 0 : 1;
+  const bool committed = TolvexCommitProfileEdit(edit);
+  TolvexEndProfileEdit(edit);
+  return committed ? 0 : 1;
+}
+
+// poke <file> <offset> <text> <mtime-ns>: overwrites bytes of <file> in place at <offset>,
+// then sets its modification time to <mtime-ns> (when not "-").
+int Poke(char** args) {
+  int fd = open(args[0], O_WRONLY);
+  const size_t length = std::strlen(args[2]);
+  if (fd < 0 || pwrite(fd, args[2], length, std::atol(args[1])) != static_cast<ssize_t>(length))
+    return 1;
+  if (std::strcmp(args[3], "-") != 0) {
+    const long long ns = std::atoll(args[3]);
+    struct timespec times[2] = {{0, UTIME_OMIT}, {ns / 1000000000, ns % 1000000000}};
+    if (futimens(fd, times) != 0) return 2;
+  }
+  return close(fd) == 0 ? 0 : 3;
 }
 
 int RunChild(const std::string& role, char** args) {
+  if (role == "poke") return Poke(args);
   if (role == "read") return Reader(args);
   if (role == "signal-then-write") return SignalThenWrite(args);
   if (role == "edit-dies-at") return EditDiesAt(args);

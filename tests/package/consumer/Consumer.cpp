@@ -1,8 +1,9 @@
-// Writes a menu template through the installed library, reads it back with a second object
-// and prints "ok". Usage: consumer TEMPLATE
+// Writes a menu template through the installed library, in one edit, reads it back with a
+// second object and prints "ok". Usage: consumer TEMPLATE
 #include <tolvex/MenuButton.h>
 #include <tolvex/MenuTemplate.h>
 #include <tolvex/MenuTitle.h>
+#include <tolvex/TemplateEdit.h>
 
 #include <cstdio>
 
@@ -12,9 +13,11 @@ int main(int argc, char** argv) {
     return 2;
   }
   CMenuTemplate writer(argv[1]);
-  const bool written = writer.SetCurrentNumOfButtons(3) && writer.SetBkTitle("Main Menu") &&
+  tolvex::TemplateEdit edit(writer);
+  const bool written = edit.IsOpen() && writer.SetCurrentNumOfButtons(3) &&
+                       writer.SetBkTitle("Main Menu") &&
                        writer.SetBtnPosition(1, tagRECT{10, 20, 110, 60}) &&
-                       writer.SetBtnTitle(1, "Play");
+                       writer.SetBtnTitle(1, "Play") && edit.Commit();
 
   CMenuTemplate reader;
   reader.SetTemplateFile(argv[1]);
