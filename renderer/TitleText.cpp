@@ -1,8 +1,9 @@
-// Drawing a title with fontconfig, pango and cairo.
+// Drawing and measuring a title with fontconfig, pango and cairo.
 #include "renderer/TitleText.h"
 
 #include <pango/pangocairo.h>
 
+#include <cmath>
 #include <memory>
 #include <string>
 
@@ -45,11 +46,27 @@ std::string FamilyList(const std::string& name) {
   return family + kDefaultFontFamily + ",sans-serif";
 }
 
-}  // namespace
+struct CairoDestroy {
+  void operator()(cairo_t* cr) const { cairo_destroy(cr); }
+};
+struct SurfaceDestroy {
+  void operator()(cairo_surface_t* s) const { cairo_surface_destroy(s); }
+};
+using SurfaceHandle = std::unique_ptr<cairo_surface_t, SurfaceDestroy>;
+using LayoutPtr = std::unique_ptr<PangoLayout, GObjectUnref>;
 
-void DrawTitle(cairo_t* cr, const Title& title, const Rect& area) {
-  if (title.text.empty()) return;
-  std::unique_ptr<PangoLayout, GObjectUnref> layout(pango_cairo_create_layout(cr));
+PangoFontDescription* FontOf(const Title& title) {
+  PangoFontDescription* font = pango_font_description_new();
+  pango_font_description_set_family(font, FamilyList(title.fontName).c_str());
+  pango_font_description_set_absolute_size(font, title.sizePx * PANGO_SCALE);
+  pango_font_description_set_style(font, title.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
+  pango_font_description_set_weight(font, title.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+  return font;
+}
+
+// The title's text laid out on `cr` as it is drawn: font, size, style and the text itself.
+LayoutPtr MakeLayout(cairo_t* cr, const Title& title) {
+  LayoutPtr layout(pango_cairo_create_layout(cr));
 
   // Grey anti-aliasing and no hinting: the same shapes at any position, smooth edges on TV.
   std::unique_ptr<cairo_font_options_t, FontOptionsDestroy> options(cairo_font_options_create());
@@ -60,13 +77,7 @@ void DrawTitle(cairo_t* cr, const Title& title, const Rect& area) {
   pango_cairo_context_set_font_options(context, options.get());
   pango_layout_context_changed(layout.get());
 
-  std::unique_ptr<PangoFontDescription, FontDescriptionFree> font(pango_font_description_new());
-  pango_font_description_set_family(font.get(), FamilyList(title.fontName).c_str());
-  pango_font_description_set_absolute_size(font.get(), title.sizePx * PANGO_SCALE);
-  pango_font_description_set_style(font.get(),
-                                   title.italic ? PANGO_STYLE_ITALIC : PANGO_STYLE_NORMAL);
-  pango_font_description_set_weight(font.get(),
-                                    title.bold ? PANGO_WEIGHT_BOLD : PANGO_WEIGHT_NORMAL);
+  std::unique_ptr<PangoFontDescription, FontDescriptionFree> font(FontOf(title));
   pango_layout_set_font_description(layout.get(), font.get());
   if (title.underline) {
     std::unique_ptr<PangoAttrList, AttrListUnref> attributes(pango_attr_list_new());
@@ -75,20 +86,65 @@ void DrawTitle(cairo_t* cr, const Title& title, const Rect& area) {
   }
   const std::string text = AsUtf8(title.text);
   pango_layout_set_text(layout.get(), text.c_str(), static_cast<int>(text.size()));
+  return layout;
+}
 
-  double x = title.x;
-  double y = title.y;
+// Where the layout's top-left corner goes: the title's position, or centred on `area`.
+void Origin(PangoLayout* layout, const Title& title, const Rect& area, double* x, double* y) {
+  *x = title.x;
+  *y = title.y;
   if (!title.hasPosition) {
     PangoRectangle logical;
-    pango_layout_get_pixel_extents(layout.get(), nullptr, &logical);
-    x = area.left + (area.Width() - logical.width) / 2.0 - logical.x;
-    y = area.top + (area.Height() - logical.height) / 2.0 - logical.y;
+    pango_layout_get_pixel_extents(layout, nullptr, &logical);
+    *x = area.left + (area.Width() - logical.width) / 2.0 - logical.x;
+    *y = area.top + (area.Height() - logical.height) / 2.0 - logical.y;
   }
+}
+
+}  // namespace
+
+void DrawTitle(cairo_t* cr, const Title& title, const Rect& area) {
+  if (title.text.empty()) return;
+  LayoutPtr layout = MakeLayout(cr, title);
+  double x = 0;
+  double y = 0;
+  Origin(layout.get(), title, area, &x, &y);
   cairo_save(cr);
   cairo_set_source_rgb(cr, title.colour.r / 255.0, title.colour.g / 255.0, title.colour.b / 255.0);
   cairo_move_to(cr, x, y);
   pango_cairo_show_layout(cr, layout.get());
   cairo_restore(cr);
+}
+
+Rect TitleInk(const Title& title, const Rect& area) {
+  if (title.text.empty()) return Rect{};
+  // A context of its own: the layout depends on the font options, not on the target's size.
+  SurfaceHandle surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, 1, 1));
+  std::unique_ptr<cairo_t, CairoDestroy> cr(cairo_create(surface.get()));
+  LayoutPtr layout = MakeLayout(cr.get(), title);
+  double x = 0;
+  double y = 0;
+  Origin(layout.get(), title, area, &x, &y);
+  PangoRectangle ink;
+  pango_layout_get_pixel_extents(layout.get(), &ink, nullptr);
+  // The pixels that anti-aliasing touches: from the floor of the start to the ceiling of the end.
+  const int left = static_cast<int>(std::floor(x + ink.x));
+  const int top = static_cast<int>(std::floor(y + ink.y));
+  return Rect{left, top, static_cast<int>(std::ceil(x + ink.x + ink.width)),
+              static_cast<int>(std::ceil(y + ink.y + ink.height))};
+}
+
+std::string FontFamilyUsed(const Title& title) {
+  SurfaceHandle surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, 1, 1));
+  std::unique_ptr<cairo_t, CairoDestroy> cr(cairo_create(surface.get()));
+  std::unique_ptr<PangoContext, GObjectUnref> context(pango_cairo_create_context(cr.get()));
+  std::unique_ptr<PangoFontDescription, FontDescriptionFree> font(FontOf(title));
+  std::unique_ptr<PangoFont, GObjectUnref> loaded(pango_context_load_font(context.get(), font.get()));
+  if (!loaded) return std::string();
+  std::unique_ptr<PangoFontDescription, FontDescriptionFree> used(
+      pango_font_describe(loaded.get()));
+  const char* family = pango_font_description_get_family(used.get());
+  return family ? family : "";
 }
 
 }  // namespace tolvex::render

@@ -1,19 +1,28 @@
-// The check command: reads the whole page (on a scratch copy) and reports, one line each, what
-// will go wrong when the page is rendered or used: counts and layouts that do not agree,
-// buttons off the canvas or on top of each other, files that are not there, values that read
-// as missing because they hold "default", and texts that the library's 80- or 1000-byte read
-// buffers will cut. Exit 0 when clean, 1 with warnings, 2 with errors.
+// The check command: reads the whole page (in an edit) and reports, one line each, what
+// will go wrong when the page is rendered or shown on a television: counts and layouts that do
+// not agree; buttons off the canvas, on top of each other, outside the title-safe area or on
+// odd lines; frames too thin for interlaced pictures or so thick they squash the picture;
+// titles cut off or running over a neighbour (measured with the renderer's own text layout);
+// fonts that are not installed; colours beyond 255; a layout sized for the other standard;
+// pictures and outputs that cannot be used; values that read as missing because they hold
+// "default", and texts that the library's 80- or 1000-byte read buffers will cut.
+// Exit 0 when clean, 1 with warnings, 2 with errors (render refuses the page then).
 #include "tools/Canvas.h"
 #include "tools/Commands.h"
 #include "tools/PageReader.h"
+#include "tools/PageTitles.h"
+#include "tools/PictureCheck.h"
 #include "tools/RawProfile.h"
-#include "tools/TemplateCopy.h"
+#include "tools/Rescale.h"
+#include "tools/TemplateSession.h"
 #include "tools/ToolError.h"
 
-#include <iostream>
-#include <sstream>
+#include "renderer/Page.h"
 
-#include <unistd.h>
+#include <algorithm>
+#include <iostream>
+#include <set>
+#include <sstream>
 
 namespace menutool {
 namespace {
@@ -22,16 +31,18 @@ enum class Severity { kWarning, kError };
 
 class Report {
  public:
-  explicit Report(const std::string& file) : m_file(file) {}
+  Report(const std::string& file, std::ostream& out) : m_file(file), m_out(out) {}
   void Add(Severity severity, const std::string& where, const std::string& what) {
     (severity == Severity::kError ? m_errors : m_warnings)++;
-    std::cout << m_file << ": " << (severity == Severity::kError ? "error" : "warning") << ": "
+    m_out << m_file << ": " << (severity == Severity::kError ? "error" : "warning") << ": "
               << (where.empty() ? "" : where + ": ") << what << "\n";
   }
   int Status() const { return m_errors ? kExitError : m_warnings ? kExitMissing : kExitOk; }
+  int errors() const { return m_errors; }
 
  private:
   std::string m_file;
+  std::ostream& m_out;
   int m_errors = 0;
   int m_warnings = 0;
 };
@@ -53,10 +64,33 @@ struct Placed {
   tagRECT rect;
 };
 
+namespace render = tolvex::render;
+
+render::Rect ToRender(const tagRECT& r) {
+  return {std::min(r.left, r.right), std::min(r.top, r.bottom), std::max(r.left, r.right),
+          std::max(r.top, r.bottom)};
+}
+bool Covers(const render::Rect& a, const render::Rect& b) {
+  return !a.Empty() && !b.Empty() && a.left < b.right && b.left < a.right && a.top < b.bottom &&
+         b.top < a.bottom;
+}
+bool Inside(const render::Rect& inner, const tagRECT& outer) {
+  return inner.left >= outer.left && inner.top >= outer.top && inner.right <= outer.right &&
+         inner.bottom <= outer.bottom;
+}
+
+// A title of a layout with where it is drawn, for finding titles that run over a neighbour.
+struct PlacedTitle {
+  std::string owner;  // "button 2"
+  render::Rect box;
+};
+
 class Checker {
  public:
-  Checker(const TemplatePath& file, const PageReading& page, Report* report)
-      : m_file(file), m_page(page), m_report(*report) {}
+  // `edited` is the name under which the session reaches the template's edit.
+  Checker(const TemplatePath& file, const std::string& edited, const PageReading& page,
+          Report* report)
+      : m_file(file), m_edited(edited), m_page(page), m_report(*report) {}
 
   void Run() {
     CheckCounts();
@@ -66,8 +100,16 @@ class Checker {
 
     CheckStored(m_page.page, 0, 0, "");
     CheckFiles(m_page.page, "");
+    CheckOutputs();
+    CheckColours(m_page.page, "");
+    CheckTitle(TitleOf(m_page.page, FullText("title", 0, 0)),
+               {0, 0, m_canvas.width, m_canvas.height}, "title");
     std::vector<Placed> navs = NavButtons();
     for (const LayoutReading& layout : m_page.layouts) CheckLayout(layout, navs);
+    if (std::optional<std::string> why = SizedForOtherStandard(m_page, m_canvas))
+      m_report.Add(Severity::kWarning, "mode",
+                   *why + " ('set mode " + (m_canvas.height == Canvas::Ntsc().height ? "ntsc" : "pal") +
+                       " --rescale' scales it)");
   }
 
  private:
@@ -96,7 +138,7 @@ class Checker {
     for (const Reading& reading : readings) {
       const Property& property = *reading.property;
       for (const KeyRef& ref : KeysOf(property, where, layout)) {
-        std::optional<std::string> raw = RawValue(m_file.library(), ref.section, ref.key);
+        std::optional<std::string> raw = RawValue(m_edited, ref.section, ref.key);
         if (!raw) continue;
         std::string label = Join(place, property.ShortName());
         if (*raw == "default")
@@ -117,10 +159,125 @@ class Checker {
       const std::string& name = reading.values[0].text;
       if (name.empty()) continue;
       std::string path = m_file.Resolve(name);
-      if (access(path.c_str(), R_OK) != 0)
-        m_report.Add(Severity::kError, Join(place, reading.property->ShortName()),
-                     "'" + name + "' does not exist (looked for " + path + ")");
+      std::optional<std::string> problem = reading.property->name == "music"
+                                               ? InputFileProblem(path)
+                                               : PictureProblem(path);
+      if (!problem) continue;
+      m_report.Add(Severity::kError, Join(place, reading.property->ShortName()),
+                   "'" + name + "' " + *problem +
+                       (*problem == "does not exist" ? " (looked for " : " (") + path + ")");
     }
+  }
+
+  // The rendered pictures go where "OutputBmp" and "OutMask" say; their folder must be there.
+  void CheckOutputs() {
+    for (const char* name : {"output", "mask"}) {
+      const Reading* reading = m_page.FindPage(name);
+      if (!reading || reading->values[0].text.empty()) continue;
+      std::string path = m_file.Resolve(reading->values[0].text);
+      if (std::optional<std::string> problem = OutputProblem(path))
+        m_report.Add(Severity::kError, name, "'" + reading->values[0].text + "' cannot be written: " + *problem);
+    }
+  }
+
+  // Colour components are 0..255 on the page; the renderer draws larger ones as 255.
+  void CheckColours(const std::vector<Reading>& readings, const std::string& place) {
+    for (const Reading& reading : readings) {
+      const Property& property = *reading.property;
+      if (!reading.found || property.name.size() < 3 ||
+          property.name.compare(property.name.size() - 3, 3, "rgb") != 0)
+        continue;
+      std::string over;
+      for (std::size_t i = 0; i < reading.values.size(); ++i)
+        if (reading.values[i].number > 255)
+          over += std::string(over.empty() ? "" : ", ") + property.slots[i].name + " " +
+                  std::to_string(reading.values[i].number);
+      for (char& c : over) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+      if (!over.empty())
+        m_report.Add(Severity::kWarning, Join(place, property.ShortName()),
+                     over + " above 255, drawn as 255");
+    }
+  }
+
+  // A title's text as the renderer reads it: whole, where the library's getter cuts at 79.
+  std::string FullText(const std::string& property, unsigned where, long long layout) {
+    KeyRef ref = KeysOf(*FindProperty(property), where, layout)[0];
+    std::optional<std::string> raw = RawValue(m_edited, ref.section, ref.key);
+    if (!raw || *raw == "default") return "";
+    return raw->substr(0, 999);  // the renderer reads 1000 bytes, the terminating zero included
+  }
+
+  // A title drawn for `area`: cut off by the canvas, outside the title-safe area, in a font
+  // that is not installed. Returns the pixels it covers (empty when there is no text).
+  render::Rect CheckTitle(const render::Title& title, const render::Rect& area,
+                          const std::string& place) {
+    if (title.text.empty()) return {};
+    const render::Rect box = TitleBox(title, area);
+    if (std::optional<std::string> standIn = FontStandIn(title);
+        standIn && m_fontsReported.insert(title.fontName).second)
+      m_report.Add(Severity::kWarning, place,
+                   "font '" + title.fontName + "' is not installed; " +
+                       (*standIn == "no font at all" ? *standIn : "'" + *standIn + "'") +
+                       " is drawn instead");
+    std::string cut;
+    if (box.left < 0) cut = "left";
+    else if (box.right > m_canvas.width) cut = "right";
+    else if (box.top < 0) cut = "top";
+    else if (box.bottom > m_canvas.height) cut = "bottom";
+    if (!cut.empty())
+      m_report.Add(Severity::kError, place,
+                   "cut off at the " + cut + " edge: the text covers " + BoxText(box) + " of the " +
+                       std::to_string(m_canvas.width) + "x" + std::to_string(m_canvas.height) +
+                       " canvas");
+    else if (!Inside(box, m_canvas.SafeArea()))
+      m_report.Add(Severity::kWarning, place,
+                   "the text covers " + BoxText(box) + ", outside the title-safe area " +
+                       RectText(m_canvas.SafeArea()) + " that every television shows");
+    return box;
+  }
+
+  // What makes a button look wrong on a television: edges on odd lines, outside the
+  // title-safe area, a frame that flickers or squashes the picture, colours beyond 255.
+  void CheckLook(const Placed& button, const std::vector<Reading>& readings,
+                 const std::string& place) {
+    CheckColours(readings, place);
+    const tagRECT& r = button.rect;
+    if (!IsProper(r) || !m_canvas.Contains(r)) return;
+    if (r.top % 2 || r.bottom % 2)
+      m_report.Add(Severity::kWarning, place,
+                   "top " + std::to_string(r.top) + " and bottom " + std::to_string(r.bottom) +
+                       ": an edge on an odd line flickers on interlaced television; use even lines");
+    if (!Inside(ToRender(r), m_canvas.SafeArea()))
+      m_report.Add(Severity::kWarning, place,
+                   "rectangle " + RectText(r) + " lies outside the title-safe area " +
+                       RectText(m_canvas.SafeArea()) + " that every television shows");
+    const Reading* frame = Find(readings, button.name.rfind("button ", 0) == 0 ? "button.frame.size" : "nav.frame.size");
+    if (!frame) return;
+    const long long thickness = frame->values[0].number;
+    if (thickness < 2) {
+      m_report.Add(Severity::kWarning, Join(place, "frame.size"),
+                   std::to_string(thickness) +
+                       " px: a frame thinner than 2 lines flickers (or vanishes) on interlaced "
+                       "television");
+      return;
+    }
+    const render::Rect rect = ToRender(r);
+    const int ring = render::RingWidth(rect, static_cast<int>(std::min<long long>(thickness, INT32_MAX)));
+    const render::Rect inner = rect.Inset(ring);
+    const Reading* picture = FindShort(readings, "picture");
+    if (!picture || picture->values[0].text.empty()) return;
+    const double aspect = static_cast<double>(rect.Width()) / rect.Height();
+    const double innerAspect = inner.Empty() ? 0 : static_cast<double>(inner.Width()) / inner.Height();
+    if (inner.Empty())
+      m_report.Add(Severity::kWarning, Join(place, "frame.size"),
+                   std::to_string(thickness) + " px fills the whole button: its picture is not shown");
+    else if (innerAspect < aspect * 0.9 || innerAspect > aspect * 1.1 ||
+             inner.Width() * 2 < rect.Width() || inner.Height() * 2 < rect.Height())
+      m_report.Add(Severity::kWarning, Join(place, "frame.size"),
+                   std::to_string(thickness) + " px leaves " + std::to_string(inner.Width()) + "x" +
+                       std::to_string(inner.Height()) + " of the " + std::to_string(rect.Width()) +
+                       "x" + std::to_string(rect.Height()) +
+                       " button for its picture, which is squashed into it");
   }
 
   std::vector<Placed> NavButtons() {
@@ -138,6 +295,7 @@ class Checker {
       }
       placed.push_back({name, RectOf(*rect)});
       CheckRect(placed.back(), "");
+      CheckLook(placed.back(), m_page.nav[nav], name);
     }
     return placed;
   }
@@ -155,9 +313,15 @@ class Checker {
                    std::to_string(layout.buttons.size()) + " buttons found for a count of " +
                        std::to_string(layout.count));
     std::vector<Placed> placed = navs;
+    std::vector<PlacedTitle> titles;
     for (const ButtonReading& button : layout.buttons) {
-      std::string name = "button " + std::to_string(button.index);
+      std::string name = button.Name();
       std::string place = Join(where, name);
+      if (!button.number)
+        m_report.Add(Severity::kWarning, place,
+                     "the tool numbers buttons from library index 2 (an earlier menutemplate "
+                     "or another program wrote this one); the navigation values of index 0 and 1 "
+                     "do not read back");
       CheckStored(button.properties, button.index, layout.count, place);
       CheckFiles(button.properties, place);
       const Reading* rect = button.Find("button.rect");
@@ -167,10 +331,26 @@ class Checker {
       }
       Placed here{name, RectOf(*rect)};
       CheckRect(here, where);
+      CheckLook(here, button.properties, place);
       for (const Placed& other : placed)
         if (IsProper(here.rect) && IsProper(other.rect) && Overlap(here.rect, other.rect))
           m_report.Add(Severity::kError, place, "overlaps the " + other.name);
       placed.push_back(here);
+      const render::Rect box =
+          CheckTitle(TitleOf(button.properties, FullText("button.title", button.index, layout.count)),
+                     ToRender(here.rect), Join(place, "title"));
+      if (!box.Empty()) titles.push_back({name, box});
+    }
+    // A title over another button, or over another button's title, spoils both.
+    for (std::size_t i = 0; i < titles.size(); ++i) {
+      const std::string place = Join(where, titles[i].owner + ", title");
+      for (const Placed& other : placed)
+        if (other.name != titles[i].owner && IsProper(other.rect) &&
+            Covers(titles[i].box, ToRender(other.rect)))
+          m_report.Add(Severity::kError, place, "runs over the " + other.name);
+      for (std::size_t j = i + 1; j < titles.size(); ++j)
+        if (Covers(titles[i].box, titles[j].box))
+          m_report.Add(Severity::kError, place, "runs over the title of " + titles[j].owner);
     }
   }
 
@@ -191,26 +371,42 @@ class Checker {
       if (r.property->name == name) return r.found ? &r : nullptr;
     return nullptr;
   }
+  static const Reading* FindShort(const std::vector<Reading>& readings, const std::string& name) {
+    for (const Reading& r : readings)
+      if (r.property->ShortName() == name) return r.found ? &r : nullptr;
+    return nullptr;
+  }
+  static std::string BoxText(const render::Rect& r) {
+    return RectText({r.left, r.top, r.right, r.bottom});
+  }
   static std::string Join(const std::string& a, const std::string& b) {
     return a.empty() ? b : a + ", " + b;
   }
 
   const TemplatePath& m_file;
+  const std::string& m_edited;
   const PageReading& m_page;
   Report& m_report;
   Canvas m_canvas = Canvas::Ntsc();
+  std::set<std::string> m_fontsReported;  // a missing font is named once
 };
 
 }  // namespace
 
-int RunCheck(const std::string& file) {
+int CheckTemplate(const std::string& file, std::ostream& out, int* errors) {
   TemplatePath path(file);
-  ScratchCopy scratch(path);
-  PageReading page = ReadPage(scratch.path());
-  Report report(file);
-  Checker(path, page, &report).Run();
-  if (report.Status() == kExitOk) std::cout << file << ": no problems found\n";
+  TemplateSession session(path, TemplateSession::Purpose::kRead);
+  PageReading page = ReadPage(session);
+  Report report(file, out);
+  Checker(path, session.path(), page, &report).Run();
+  if (errors) *errors = report.errors();
   return report.Status();
+}
+
+int RunCheck(const std::string& file) {
+  int status = CheckTemplate(file, std::cout, nullptr);
+  if (status == kExitOk) std::cout << file << ": no problems found\n";
+  return status;
 }
 
 }  // namespace menutool

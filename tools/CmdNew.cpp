@@ -1,12 +1,15 @@
-// The new command: writes a complete, renderable template through CMenuTemplate, on a staged
-// file that replaces FILE only when every value has been written. Layouts for 1..max buttons
+// The new command: writes a complete, renderable template through CMenuTemplate, in one edit
+// that becomes FILE only when every value has been written. Layouts for 1..max buttons
 // are written by switching "CurrentNumberOfButton" to each count in turn; it ends at --buttons.
-// Buttons are numbered from 1 ("Chapter 1" is button 1).
+// Buttons are numbered from 1 ("Chapter 1" is button 1, at the library index ButtonNumber.h
+// gives). The previous and next buttons are written in any case, shown only with --nav.
+#include "tools/ButtonNumber.h"
 #include "tools/Commands.h"
 #include "tools/Grid.h"
-#include "tools/TemplateCopy.h"
 #include "tools/TemplatePath.h"
+#include "tools/TemplateSession.h"
 #include "tools/ToolError.h"
+#include "tools/Values.h"
 
 #include <tolvex/MenuTemplate.h>
 
@@ -64,10 +67,14 @@ int RunNew(const NewOptions& options) {
   const bool ntsc = !options.pal;
   const Canvas canvas = Canvas::For(ntsc);
   const std::string stem = fs::path(file.library()).stem().string();
+  for (const std::string* text : {&options.title, &options.background, &options.music,
+                                  &options.buttonPicture})
+    if (!IsOneLine(*text)) throw ToolError(file.given(), kNotOneLine);
 
-  StagedEdit edit(file, /*fromOriginal=*/false, options.force);
-  CMenuTemplate menu{CString(edit.path().c_str())};
-  Writer write(file, &menu);
+  // A symbolic link, even one to a file not made yet, stays a link: the edit writes its target.
+  TemplateSession edit(file, options.force ? TemplateSession::Purpose::kReplace
+                                           : TemplateSession::Purpose::kCreate);
+  Writer write(file, &edit.menu());
   using C = CMenuTemplate;
 
   write("the mode", &C::SetTemplateMode, ntsc ? 1 : 0);
@@ -77,7 +84,7 @@ int RunNew(const NewOptions& options) {
   write("the output picture", &C::SetOutputBMPFile, Text(stem + ".bmp"));
   write("the mask picture", &C::SetOutMaskFile, Text(stem + "_mask.bmp"));
 
-  PagePlan page = PlanPage(options.buttons, canvas);
+  PagePlan page = PlanPage(options.buttons, canvas, options.nav);
   write("the title", &C::SetBkTitle, Text(options.title));
   write("the title position", &C::SetBkTitlePosition, page.title);
   write("the title font", &C::SetBkTitleFontName, Text(kFont));
@@ -87,7 +94,7 @@ int RunNew(const NewOptions& options) {
 
   for (unsigned nav : {0u, 1u}) {
     write(nav ? "the next button" : "the previous button",
-          nav ? &C::SetAddNextButton : &C::SetAddPrevButton, 1);
+          nav ? &C::SetAddNextButton : &C::SetAddPrevButton, options.nav ? 1 : 0);
     write("a navigation button", &C::SetNavBtnPosition, nav, nav ? page.next : page.prev);
     write("a navigation button", &C::SetNavBtnFrameSize, nav, kFrameThickness);
     write("a navigation button", &C::SetNavBtnFrameRGB, nav, kFrameColour.r, kFrameColour.g,
@@ -101,18 +108,19 @@ int RunNew(const NewOptions& options) {
   const CString buttonPicture = Text(PictureName(options.buttonPicture, file));
   for (unsigned count = 1; count <= max; ++count) {
     write("the current button count", &C::SetCurrentNumOfButtons, count);
-    PagePlan plan = PlanPage(count, canvas);
-    for (unsigned i = 1; i <= count; ++i) {
-      const ButtonPlace& place = plan.buttons[i - 1];
+    PagePlan plan = PlanPage(count, canvas, options.nav);
+    for (unsigned number = 1; number <= count; ++number) {
+      const ButtonPlace& place = plan.buttons[number - 1];
+      const unsigned i = LibraryIndex(number);
       const std::string what =
-          "button " + std::to_string(i) + " of layout " + std::to_string(count);
+          "button " + std::to_string(number) + " of layout " + std::to_string(count);
       write(what.c_str(), &C::SetBtnPosition, i, place.rect);
       write(what.c_str(), &C::SetBtnFrameSize, i, kFrameThickness);
       write(what.c_str(), &C::SetBtnFrameRGB, i, kFrameColour.r, kFrameColour.g, kFrameColour.b);
       write(what.c_str(), &C::SetBtnFrameBMP, i, CString(""));
       write(what.c_str(), &C::SetBtnBMP, i, buttonPicture);
       write(what.c_str(), &C::SetBtnNavInfo, i, place.row, place.column);
-      write(what.c_str(), &C::SetBtnTitle, i, Text("Chapter " + std::to_string(i)));
+      write(what.c_str(), &C::SetBtnTitle, i, Text("Chapter " + std::to_string(number)));
       write(what.c_str(), &C::SetBtnTitlePosition, i, place.title);
       write(what.c_str(), &C::SetBtnTitleFontName, i, Text(kFont));
       write(what.c_str(), &C::SetBtnTitleFontSize, i, place.titleSize);

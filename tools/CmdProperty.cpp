@@ -1,11 +1,15 @@
 // The get and set commands: one property of the table, read from or written to a template
-// through CMenuTemplate. set edits a staged copy and renames it over the file, so a setter of
-// several keys that fails half-way leaves the file as it was.
+// through CMenuTemplate. set makes its change in one edit of the file, so a setter of several
+// keys that fails half-way leaves the file as it was. Buttons are addressed by their
+// tool number (see ButtonNumber.h); set warns at once about what will not read back.
+#include "tools/ButtonNumber.h"
 #include "tools/Commands.h"
+#include "tools/PageReader.h"
 #include "tools/Properties.h"
 #include "tools/RawProfile.h"
-#include "tools/TemplateCopy.h"
+#include "tools/Rescale.h"
 #include "tools/TemplatePath.h"
+#include "tools/TemplateSession.h"
 #include "tools/ToolError.h"
 
 #include <iostream>
@@ -13,13 +17,11 @@
 namespace menutool {
 namespace {
 
-// How often set starts again when another writer keeps changing the file under it.
-constexpr int kEditAttempts = 5;
-
 struct Target {
   const Property* property;
-  unsigned where = 0;
-  std::string label;  // "button.title of button 2", for messages
+  unsigned where = 0;   // the library's index or navigation selector
+  unsigned number = 0;  // the tool's button number, for button.* properties
+  std::string label;    // "button.title of button 2", for messages
 };
 
 Target Address(const PropertyOptions& options, const TemplatePath& file) {
@@ -27,7 +29,7 @@ Target Address(const PropertyOptions& options, const TemplatePath& file) {
   if (!property)
     throw ToolError(file.given(), "unknown property '" + options.property +
                                       "' (menutemplate --help lists them)");
-  Target target{property, 0, property->name};
+  Target target{property, 0, 0, property->name};
   bool wantsButton = property->scope == Scope::kButton, wantsNav = property->scope == Scope::kNav;
   if (wantsButton != options.button.has_value())
     throw ToolError(file.given(), property->name + (wantsButton ? " needs --button I"
@@ -36,8 +38,12 @@ Target Address(const PropertyOptions& options, const TemplatePath& file) {
     throw ToolError(file.given(), property->name + (wantsNav ? " needs --nav prev|next"
                                                              : " takes no --nav"));
   if (wantsButton) {
-    target.where = *options.button;
-    target.label += " of button " + std::to_string(target.where);
+    target.number = *options.button;
+    if (target.number < 1 || target.number > kLastButtonNumber)
+      throw ToolError(file.given(), "--button " + std::to_string(target.number) +
+                                        ": buttons are numbered from 1");
+    target.where = LibraryIndex(target.number);
+    target.label += " of button " + std::to_string(target.number);
   }
   if (wantsNav) {
     target.where = *options.nav == "prev" ? 0 : 1;
@@ -47,12 +53,46 @@ Target Address(const PropertyOptions& options, const TemplatePath& file) {
 }
 
 // Button properties live in the layout that "CurrentNumberOfButton" selects; without it every
-// button call fails, which deserves its own message.
+// button call fails, which deserves its own message. A layout for N buttons has buttons 1..N.
 void RequireLayout(const Target& target, const TemplatePath& file) {
-  if (target.property->scope == Scope::kButton && !LayoutInUse(file.library()))
+  if (target.property->scope != Scope::kButton) return;
+  std::optional<long long> count = LayoutInUse(file.library());
+  if (!count)
     throw ToolError(file.given(), target.label +
                                       ": no current button count, so there is no layout "
                                       "(set buttons.current first)");
+  if (target.number > *count)
+    throw ToolError(file.given(),
+                    "--button " + std::to_string(target.number) + " is out of range: the layout in use has " +
+                        (*count > 0 ? "buttons 1.." + std::to_string(*count) : "no buttons") +
+                        " (buttons.current)");
+}
+
+// What will not read back as written, said before the command ends: a text longer than the
+// buffer the library reads it with.
+void WarnAboutReadBack(const Target& target, const Values& values) {
+  const Property& property = *target.property;
+  if (!property.IsText()) return;
+  const std::size_t kept = static_cast<std::size_t>(property.readBuffer - 1);
+  if (values[0].text.size() > kept)
+    std::cerr << "menutemplate: warning: " << target.label << " has " << values[0].text.size()
+              << " characters; only the first " << kept << " are read back\n";
+}
+
+// After the mode changed to `ntsc` (or PAL): scales the layout with `rescale`, else warns when
+// it looks sized for the other standard.
+void ChangeCanvas(const PageReading& before, bool ntsc, bool rescale, const TemplatePath& file,
+                  CMenuTemplate& menu) {
+  const Reading* mode = before.FindPage("mode");
+  const Canvas from = Canvas::For(!mode || mode->values[0].number != 0), to = Canvas::For(ntsc);
+  if (rescale) {
+    if (from.height != to.height && !RescalePage(menu, before, from, to))
+      throw ToolError(file.given(), "cannot write the rescaled layout");
+    return;
+  }
+  if (std::optional<std::string> why = SizedForOtherStandard(before, to))
+    std::cerr << "menutemplate: warning: " << *why << " (add --rescale to scale it to "
+              << to.width << "x" << to.height << ")\n";
 }
 
 }  // namespace
@@ -91,27 +131,20 @@ int RunSet(const PropertyOptions& options) {
       throw ToolError(file.given(), property.name + " " + property.slots[i].name + ": " + why);
     values.push_back(*value);
   }
-  file.RequireWritable();
-  RequireLayout(target, file);
+  const bool newMode = property.name == "mode";
+  if (options.rescale && !newMode) throw ToolError(file.given(), "--rescale goes only with mode");
 
-  // Another writer changing the file meanwhile makes the edit start again on its new bytes.
-  for (int attempt = 1;; ++attempt) {
-    try {
-      StagedEdit edit(file, /*fromOriginal=*/true);
-      CMenuTemplate menu{CString(edit.path().c_str())};
-      if (!property.set(menu, target.where, values))
-        throw ToolError(file.given(), "cannot write " + target.label);
-      edit.Commit();
-      break;
-    } catch (const StagedEdit::ChangedMeanwhile&) {
-      if (attempt == kEditAttempts)
-        throw ToolError(file.given(), "keeps being changed by another program; nothing written");
-    }
-  }
-  if (property.name == "button.navinfo" && target.where <= 1)
-    std::cerr << "menutemplate: note: the library keeps the navigation values of button "
-              << target.where << " in the " << (target.where ? "NextButton" : "PrevButton")
-              << " section, where get does not read them\n";
+  // Every read below goes to the edit too, so the change is made on what it reads.
+  TemplateSession edit(file, TemplateSession::Purpose::kChange);
+  RequireLayout(target, file);
+  WarnAboutReadBack(target, values);
+  // The page as it was, for scaling it to the canvas of the new mode.
+  std::optional<PageReading> before;
+  if (newMode) before = ReadPage(edit);
+  if (!property.set(edit.menu(), target.where, values))
+    throw ToolError(file.given(), "cannot write " + target.label);
+  if (newMode) ChangeCanvas(*before, values[0].number != 0, options.rescale, file, edit.menu());
+  edit.Commit();
   return kExitOk;
 }
 

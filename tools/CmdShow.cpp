@@ -1,9 +1,9 @@
 // The show command: the whole page as the library reads it, as JSON for programs or as an
-// indented listing for people. The reading is done by PageReader on a scratch copy, so the
-// template file is left byte for byte as it was.
+// indented listing for people. PageReader reads it in an edit that is never committed, so the
+// template file is left byte for byte as it was. The JSON's texts are Unicode (JsonText.h).
 #include "tools/Commands.h"
 #include "tools/PageReader.h"
-#include "tools/TemplateCopy.h"
+#include "tools/TemplateSession.h"
 #include "tools/ToolError.h"
 
 #include <nlohmann/json.hpp>
@@ -42,7 +42,8 @@ json PageJson(const std::string& file, const PageReading& page) {
     json buttons = json::array();
     for (const ButtonReading& button : layout.buttons) {
       json entry = ToJson(button.properties);
-      entry["index"] = button.index;
+      entry["button"] = button.number ? json(*button.number) : json(nullptr);
+      entry["index"] = static_cast<int32_t>(button.index);
       buttons.push_back(std::move(entry));
     }
     layouts.push_back({{"count", layout.count},
@@ -90,7 +91,7 @@ void PrintPage(const std::string& file, const PageReading& page) {
               << (layout.current ? " (in use)" : "")
               << (layout.hasSection ? "" : ": not in the file") << "\n";
     for (const ButtonReading& button : layout.buttons) {
-      std::cout << "  button " << button.index << "\n";
+      std::cout << "  " << button.Name() << "\n";
       PrintBlock(button.properties, "    ");
     }
   }
@@ -100,8 +101,8 @@ void PrintPage(const std::string& file, const PageReading& page) {
 
 int RunShow(const std::string& file, bool asJson) {
   TemplatePath path(file);
-  ScratchCopy scratch(path);
-  PageReading page = ReadPage(scratch.path());
+  TemplateSession session(path, TemplateSession::Purpose::kRead);
+  PageReading page = ReadPage(session);
   if (asJson)
     std::cout << PageJson(file, page).dump(2, ' ', false, json::error_handler_t::replace) << "\n";
   else

@@ -31,7 +31,6 @@ int RunCommandLine(int argc, char** argv) {
   CLI::App app{"Reads, writes, checks and renders DVD menu templates."};
   app.name("menutemplate");
   app.require_subcommand(1);
-  app.footer(PropertyList());
   std::function<int()> run;
 
   NewOptions make;
@@ -47,6 +46,7 @@ int RunCommandLine(int argc, char** argv) {
   cmd->add_option("--button-picture", make.buttonPicture, "picture of every button");
   cmd->add_option("--music", make.music, "background music");
   cmd->add_option("--title", make.title, "page title")->capture_default_str();
+  cmd->add_flag("--nav", make.nav, "show previous and next buttons (for a page among several)");
   cmd->add_flag("--force", make.force, "replace FILE if it exists");
   cmd->callback([&] { run = [&] { return RunNew(make); }; });
 
@@ -60,6 +60,8 @@ int RunCommandLine(int argc, char** argv) {
   AddPropertyOptions(cmd, &set);
   cmd->add_option("VALUE", set.values, "the property's values, in the order listed below")
       ->required();
+  cmd->add_flag("--rescale", set.rescale,
+                "with mode: scale the layout to the new canvas (NTSC 720x480, PAL 720x576)");
   cmd->footer(PropertyList() + "Put -- before a text value that begins with '-'.\n");
   cmd->callback([&] { run = [&] { return RunSet(set); }; });
 
@@ -68,6 +70,7 @@ int RunCommandLine(int argc, char** argv) {
   cmd = app.add_subcommand("show", "print the whole page: settings, prev/next, every layout");
   cmd->add_option("FILE", file, "template file")->required();
   cmd->add_flag("--json", json, "print JSON");
+  cmd->footer(PropertyList());
   cmd->callback([&] { run = [&] { return RunShow(file, json); }; });
 
   cmd = app.add_subcommand(
@@ -75,12 +78,25 @@ int RunCommandLine(int argc, char** argv) {
   cmd->add_option("FILE", file, "template file")->required();
   cmd->callback([&] { run = [&] { return RunCheck(file); }; });
 
+  std::string changes;
+  cmd = app.add_subcommand("apply", "write a JSON document shaped as show --json prints it");
+  cmd->add_option("FILE", file, "template file")->required();
+  cmd->add_option("CHANGES", changes, "JSON file, or - for the standard input")->required();
+  cmd->footer(
+      "CHANGES holds all or any part of what show --json prints; null leaves a value as it is,\n"
+      "and a value of several parts may give only some of them. Texts are Unicode and must be\n"
+      "characters of code page 1252, the template's encoding, so every one of its bytes round-\n"
+      "trips. Everything is written in one edit: all of it, or on any error nothing.\n");
+  cmd->callback([&] { run = [&] { return RunApply(file, changes); }; });
+
   std::string preview;
   cmd = app.add_subcommand("render", "render the menu picture and its mask");
   cmd->add_option("FILE", file, "template file")->required();
   cmd->add_option("--preview", preview,
                   "also write a PNG of the menu with the button areas outlined");
-  cmd->callback([&] { run = [&] { return RunRender(file, preview); }; });
+  bool force = false;
+  cmd->add_flag("--force", force, "render even when check finds errors");
+  cmd->callback([&] { run = [&] { return RunRender(file, preview, force); }; });
 
   std::string source, target;
   unsigned width = 0, height = 0;
@@ -105,6 +121,11 @@ int RunCommandLine(int argc, char** argv) {
       ->expected(3)->check(CLI::Range(0, 255));
   cmd->add_flag("--force", author.force, "replace the output folder if it exists");
   cmd->callback([&] { run = [&] { return RunAuthor(author); }; });
+
+  // Set last: a subcommand takes the footer its parent has when it is added.
+  app.footer(
+      "'menutemplate COMMAND --help' shows the options of one command; get, set and show\n"
+      "list the properties of a page.\n");
 
   try {
     app.parse(argc, argv);

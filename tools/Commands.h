@@ -3,6 +3,7 @@
 #ifndef TOLVEX_TOOLS_COMMANDS_H
 #define TOLVEX_TOOLS_COMMANDS_H
 
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
@@ -19,6 +20,7 @@ struct NewOptions {
   std::string music;
   std::string title = "Main Menu";
   bool force = false;
+  bool nav = false;  // show the previous and next buttons
 };
 
 struct PropertyOptions {
@@ -27,6 +29,7 @@ struct PropertyOptions {
   std::vector<std::string> values;  // set only
   std::optional<unsigned> button;
   std::optional<std::string> nav;   // "prev" or "next"
+  bool rescale = false;             // set mode only: scale the layout to the new canvas
 };
 
 int RunNew(const NewOptions& options);
@@ -34,7 +37,12 @@ int RunGet(const PropertyOptions& options);
 int RunSet(const PropertyOptions& options);
 int RunShow(const std::string& file, bool json);
 int RunCheck(const std::string& file);
-int RunRender(const std::string& file, const std::string& preview);
+// check's findings on `out`, one line each; returns check's exit status and, in `errors`, how
+// many findings were errors. For render, which refuses a page with errors.
+int CheckTemplate(const std::string& file, std::ostream& out, int* errors);
+// `changes` is a JSON file in the shape show --json prints, or "-" for the standard input.
+int RunApply(const std::string& file, const std::string& changes);
+int RunRender(const std::string& file, const std::string& preview, bool force);
 int RunResize(const std::string& source, const std::string& target, unsigned width,
               unsigned height);
 

@@ -12,10 +12,16 @@ constexpr int kNavHeight = 40;   // previous/next buttons
 constexpr int kNavWidth = 96;
 constexpr int kGap = 16;         // between cells and bands
 
+// Interlaced television draws even and odd lines in turns, so edges sit on even lines.
+int EvenDown(int v) { return v - (v & 1); }
+int EvenUp(int v) { return v + (v & 1); }
+
 }  // namespace
 
-PagePlan PlanPage(unsigned count, const Canvas& canvas) {
-  const tagRECT safe = canvas.SafeArea();
+PagePlan PlanPage(unsigned count, const Canvas& canvas, bool nav) {
+  tagRECT safe = canvas.SafeArea();
+  safe.top = EvenUp(safe.top);
+  safe.bottom = EvenDown(safe.bottom);
   PagePlan plan{};
   plan.title = {safe.left, safe.top};
   plan.prev = {safe.left, safe.bottom - kNavHeight, safe.left + kNavWidth, safe.bottom};
@@ -26,12 +32,14 @@ PagePlan PlanPage(unsigned count, const Canvas& canvas) {
   plan.rows = (count + plan.columns - 1) / plan.columns;
   const int cols = static_cast<int>(plan.columns), rows = static_cast<int>(plan.rows);
 
-  const int areaTop = safe.top + kTitleBand, areaBottom = safe.bottom - kNavHeight - kGap;
+  const int areaTop = safe.top + kTitleBand;
+  const int areaBottom = nav ? safe.bottom - kNavHeight - kGap : safe.bottom;
   const int cellW = (safe.right - safe.left - (cols - 1) * kGap) / cols;
   const int cellH = (areaBottom - areaTop - (rows - 1) * kGap) / rows;
-  // The title takes a fifth of the cell, at least 12 and at most 24 pixels.
-  const int titleBand = std::clamp(cellH / 5, 12, 24);
-  const int boxH = std::min(cellH - titleBand, cellW * 9 / 16);
+  // The title takes a fifth of the cell, at least 16 and at most 24 pixels; its text, 4 pixels
+  // below the box, fits the band with its descenders.
+  const int titleBand = EvenDown(std::clamp(cellH / 5, 16, 24));
+  const int boxH = EvenDown(std::min(cellH - titleBand, cellW * 9 / 16));
   const int boxW = boxH * 16 / 9;
 
   for (unsigned i = 0; i < count; ++i) {
@@ -42,11 +50,11 @@ PagePlan PlanPage(unsigned count, const Canvas& canvas) {
     int cellLeft = safe.left + rowShift + col * (cellW + kGap);
     int cellTop = areaTop + row * (cellH + kGap);
     int left = cellLeft + (cellW - boxW) / 2;
-    int top = cellTop + (cellH - titleBand - boxH) / 2;
+    int top = EvenDown(cellTop + (cellH - titleBand - boxH) / 2);
     ButtonPlace place{};
     place.rect = {left, top, left + boxW, top + boxH};
     place.title = {left, top + boxH + 4};
-    place.titleSize = static_cast<unsigned>(titleBand * 3 / 4);
+    place.titleSize = static_cast<unsigned>((titleBand - 4) * 4 / 5);
     place.row = static_cast<unsigned>(row + 1);
     place.column = static_cast<unsigned>(col + 1);
     plan.buttons.push_back(place);

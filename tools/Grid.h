@@ -1,6 +1,6 @@
 // How `new` arranges a page: the page title at the top of the title-safe area, the previous
 // and next buttons at its bottom corners, and N numbered buttons in a centred grid between,
-// each a 16:9 box with its title below it.
+// each a 16:9 box with its title below it, all on even lines.
 #ifndef TOLVEX_TOOLS_GRID_H
 #define TOLVEX_TOOLS_GRID_H
 
@@ -24,8 +24,9 @@ struct PagePlan {
   std::vector<ButtonPlace> buttons;
 };
 
-// The plan for `count` buttons (1..36) on `canvas`.
-PagePlan PlanPage(unsigned count, const Canvas& canvas);
+// The plan for `count` buttons (1..36) on `canvas`; without `nav` the buttons also take the
+// band of the previous and next buttons. Every top and bottom edge lies on an even line.
+PagePlan PlanPage(unsigned count, const Canvas& canvas, bool nav);
 
 }  // namespace menutool
 

@@ -1,12 +1,13 @@
 // Reads a whole menu page the way the library reads it: the page-wide values, the previous and
-// next buttons, and every layout with the buttons found in it. The reading is done on a
-// scratch copy of the template (layouts are reached by switching "CurrentNumberOfButton",
-// which writes), so the user's file is never touched. Used by show and check.
+// next buttons, and every layout with the buttons found in it. The reading is done in a session
+// (layouts are reached by switching "CurrentNumberOfButton" in its edit, which is put back
+// afterwards), so it never touches the file. Used by show, check and set mode.
 #ifndef TOLVEX_TOOLS_PAGEREADER_H
 #define TOLVEX_TOOLS_PAGEREADER_H
 
+#include "tools/ButtonNumber.h"
 #include "tools/Properties.h"
-#include "tools/TemplatePath.h"
+#include "tools/TemplateSession.h"
 
 #include <optional>
 #include <string>
@@ -21,11 +22,13 @@ struct Reading {
   Values values;
 };
 
-// A button that its layout section has keys for; the index base (0 or 1) is the
-// application's choice.
+// A button that its layout section has keys for, at any library index.
 struct ButtonReading {
-  unsigned index;
+  unsigned index;                   // the library's index
+  std::optional<unsigned> number;   // the tool's button number, when the index has one
   std::vector<Reading> properties;  // every button.* property, in table order
+  // "button 3", or "library index 1" for an index without a button number.
+  std::string Name() const;
   // The reading of `name` ("button.rect"), or nullptr when it was not found.
   const Reading* Find(const std::string& name) const;
 };
@@ -48,8 +51,9 @@ struct PageReading {
 // Layouts for counts 1..maximum are looked for only up to this maximum.
 constexpr long long kLayoutBound = 99;
 
-// Reads the page kept in `scratch`, a scratch copy of the template, which this writes.
-PageReading ReadPage(const std::string& scratch);
+// Reads the page held in `session`; "CurrentNumberOfButton" is switched to each layout and then
+// put back as it was.
+PageReading ReadPage(TemplateSession& session);
 
 }  // namespace menutool
 

@@ -1,14 +1,17 @@
 // Drawing the preview (see Preview.h). The mask is black except for the button areas; every
 // connected group of non-black mask pixels is one area. Its pixels are tinted and a box is
-// drawn round it, so that a highlight that misses its button shows at a glance.
+// drawn round it, so that a highlight that misses its button shows at a glance. The PNG is
+// made in memory and written like every other output (OutputFile.h).
 #include "tools/Preview.h"
 
+#include "tools/OutputFile.h"
 #include "tools/ToolError.h"
 
 #include <cairo.h>
 #include <gdk-pixbuf/gdk-pixbuf.h>
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace menutool {
@@ -47,6 +50,11 @@ cairo_surface_t* ToSurface(GdkPixbuf* pixbuf) {
     }
   cairo_surface_mark_dirty(surface);
   return surface;
+}
+
+cairo_status_t AppendPng(void* closure, const unsigned char* data, unsigned int length) {
+  static_cast<std::string*>(closure)->append(reinterpret_cast<const char*>(data), length);
+  return CAIRO_STATUS_SUCCESS;
 }
 
 struct Area {
@@ -130,11 +138,13 @@ int WritePreview(const std::string& menuPath, const std::string& maskPath,
     cairo_stroke(cr);
   }
   cairo_destroy(cr);
-  cairo_status_t status = cairo_surface_write_to_png(surface, png.c_str());
+  std::string bytes;
+  cairo_status_t status = cairo_surface_write_to_png_stream(surface, AppendPng, &bytes);
   cairo_surface_destroy(surface);
   if (status != CAIRO_STATUS_SUCCESS)
     throw ToolError(png,
-                    std::string("cannot write the preview: ") + cairo_status_to_string(status));
+                    std::string("cannot make the preview: ") + cairo_status_to_string(status));
+  WriteOutputFile(png, bytes);
   return static_cast<int>(areas.size());
 }
 

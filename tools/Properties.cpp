@@ -284,7 +284,10 @@ std::string PropertyList() {
         << std::string(values.size() < 23 ? 23 - values.size() : 1, ' ') << p.help << "\n";
   }
   out << "\nMODE is ntsc or pal; ENABLED, ITALIC, BOLD and UNDERLINE are yes or no; colours are\n"
-         "usually 0..255. Pictures are named relative to the template's folder.\n";
+         "0..255 (larger values draw as 255). Pictures are named relative to the template's folder.\n"
+         "\nButtons are numbered 1..N in the layout of N buttons (buttons.current). Button I is kept\n"
+         "under the library's index I+1: the library keeps the navigation values of indexes 0\n"
+         "and 1 apart, where they cannot be read back, so the tool never uses them.\n";
   return out.str();
 }
 

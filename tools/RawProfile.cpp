@@ -36,6 +36,12 @@ std::optional<std::string> RawValue(const std::string& path, const std::string& 
   return value;
 }
 
+bool WriteRawValue(const std::string& path, const std::string& section, const std::string& key,
+                   const std::optional<std::string>& value) {
+  return WritePrivateProfileStringA(section.c_str(), key.c_str(), value ? value->c_str() : nullptr,
+                                    path.c_str()) != 0;
+}
+
 // Splits a list of names, each ended by a NUL.
 static std::vector<std::string> SplitNames(const std::string& list) {
   std::vector<std::string> names;

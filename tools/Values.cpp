@@ -1,6 +1,8 @@
 // Parsing and printing of property values (see Values.h).
 #include "tools/Values.h"
 
+#include "tools/JsonText.h"
+
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
@@ -38,11 +40,23 @@ std::optional<long long> ParseFlag(const std::string& word, std::string* why) {
 
 }  // namespace
 
+const char kNotOneLine[] = "a line break (CR or LF) or NUL character cannot be part of a value";
+
+bool IsOneLine(const std::string& text) {
+  return text.find_first_of(std::string("\r\n\0", 3)) == std::string::npos;
+}
+
 std::optional<Value> ParseValue(Kind kind, const std::string& word, std::string* why) {
   Value value;
   std::optional<long long> number;
   switch (kind) {
     case Kind::kText:
+      // The library writes a value as one line of the file, as Windows does: a line break
+      // would end the value there and make the rest a key of its own.
+      if (!IsOneLine(word)) {
+        *why = kNotOneLine;
+        return std::nullopt;
+      }
       value.text = word;
       return value;
     case Kind::kInt:
@@ -83,7 +97,7 @@ std::string FormatValue(Kind kind, const Value& value) {
 nlohmann::json ValueToJson(Kind kind, const Value& value) {
   switch (kind) {
     case Kind::kText:
-      return value.text;
+      return Utf8FromCp1252(value.text);
     case Kind::kFlag:
       return value.number != 0;
     case Kind::kMode:
@@ -93,6 +107,55 @@ nlohmann::json ValueToJson(Kind kind, const Value& value) {
       break;
   }
   return value.number;
+}
+
+std::optional<Value> ValueFromJson(Kind kind, const nlohmann::json& json, std::string* why) {
+  Value value;
+  switch (kind) {
+    case Kind::kText: {
+      if (!json.is_string()) break;
+      std::optional<std::string> bytes = Cp1252FromUtf8(json.get<std::string>(), why);
+      if (!bytes) return std::nullopt;
+      if (!IsOneLine(*bytes)) {
+        *why = kNotOneLine;
+        return std::nullopt;
+      }
+      value.text = std::move(*bytes);
+      return value;
+    }
+    case Kind::kInt:
+    case Kind::kUInt: {
+      const long long lo = kind == Kind::kInt ? INT32_MIN : 0;
+      const long long hi = kind == Kind::kInt ? INT32_MAX : UINT32_MAX;
+      if (!json.is_number_integer()) break;
+      // An unsigned JSON number above the range of long long is out of range too.
+      if (json.is_number_unsigned() && json.get<unsigned long long>() > UINT32_MAX) {
+        *why = json.dump() + " is out of range";
+        return std::nullopt;
+      }
+      value.number = json.get<long long>();
+      if (value.number < lo || value.number > hi) {
+        *why = json.dump() + " is out of range (" + std::to_string(lo) + ".." +
+               std::to_string(hi) + ")";
+        return std::nullopt;
+      }
+      return value;
+    }
+    case Kind::kFlag:
+      if (!json.is_boolean()) break;
+      value.number = json.get<bool>() ? 1 : 0;
+      return value;
+    case Kind::kMode:
+      if (json == "ntsc" || json == "pal") {
+        value.number = json == "ntsc";
+        return value;
+      }
+      break;
+  }
+  static const char* const expected[] = {"a string", "an integer", "an integer", "true or false",
+                                         "\"ntsc\" or \"pal\""};
+  *why = json.dump() + " is not " + expected[static_cast<int>(kind)];
+  return std::nullopt;
 }
 
 const char* KindHint(Kind kind) {

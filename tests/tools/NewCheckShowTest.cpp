@@ -10,6 +10,8 @@
 #include <set>
 #include <sstream>
 
+#include <sys/stat.h>
+
 namespace tolvex::test {
 namespace {
 
@@ -20,15 +22,17 @@ bool Overlap(const json& a, const json& b) {
          b["top"] < a["bottom"];
 }
 
-TEST(NewCommand, WritesEveryLayoutInsideTheCanvasClearOfEachOtherAndChecksClean) {
+// Laid out on even lines (interlaced television), inside the canvas, clear of each other; the
+// previous and next buttons are shown only with --nav. Tool button n is library index n+1.
+TEST(NewCommand, WritesEveryLayoutOnEvenLinesClearOfEachOtherAndChecksClean) {
   int ntscBottom = 0;
   for (const bool pal : {false, true}) {
-    SCOPED_TRACE(pal ? "pal" : "ntsc");
+    SCOPED_TRACE(pal ? "pal, --nav" : "ntsc");
     TempDir dir;
     const std::string file = dir.File("menu.ini");
     std::vector<std::string> args{"new", file, "--buttons", "4", "--max", "9", "--title",
                                   "My Films", "--background", ExamplePicture("background.png")};
-    if (pal) args.push_back("--pal");
+    if (pal) args.insert(args.end(), {"--pal", "--nav"});
     const ToolResult made = RunTool(args);
     ASSERT_EQ(made.status, 0) << made.err;
     const ToolResult checked = RunTool({"check", file});
@@ -40,21 +44,28 @@ TEST(NewCommand, WritesEveryLayoutInsideTheCanvasClearOfEachOtherAndChecksClean)
     EXPECT_EQ(page["page"]["title"], "My Films");
     EXPECT_EQ(page["page"]["buttons.max"], 9);
     EXPECT_EQ(page["layoutInUse"], 4);
-    EXPECT_TRUE(page["prev"]["enabled"]);
-    // Every layout holds its count of buttons, titled "Chapter i", inside the canvas, clear of
-    // each other and of the previous and next buttons.
+    EXPECT_EQ(page["prev"]["enabled"], pal);
+    EXPECT_EQ(page["next"]["enabled"], pal);
     ASSERT_EQ(page["layouts"].size(), 9u);
     for (int count = 1; count <= 9; ++count) {
       const json& layout = page["layouts"][count - 1];
       ASSERT_EQ(layout["buttons"].size(), static_cast<size_t>(count));
-      std::vector<json> placed{page["prev"]["rect"], page["next"]["rect"]};
+      std::vector<json> placed;
+      if (pal) placed = {page["prev"]["rect"], page["next"]["rect"]};
+      int number = 0;
       for (const json& button : layout["buttons"]) {
         const json& r = button["rect"];
         SCOPED_TRACE("layout " + std::to_string(count) + ": " + r.dump());
-        EXPECT_EQ(button["title"], "Chapter " + std::to_string(button["index"].get<int>()));
+        EXPECT_EQ(button["button"], ++number);
+        EXPECT_EQ(button["index"], number + 1);
+        EXPECT_EQ(button["title"], "Chapter " + std::to_string(number));
+        EXPECT_EQ(button["navinfo"].size(), 2u);  // reads back at every index
         EXPECT_TRUE(r["left"] >= 0 && r["top"] >= 0 && r["right"] <= 720 &&
                     r["bottom"] <= (pal ? 576 : 480) && r["left"] < r["right"] &&
                     r["top"] < r["bottom"]);
+        EXPECT_EQ(r["top"].get<int>() % 2, 0);
+        EXPECT_EQ(r["bottom"].get<int>() % 2, 0);
+        EXPECT_EQ(button["title.position"]["y"].get<int>() % 2, 0);
         for (const json& other : placed) EXPECT_FALSE(Overlap(r, other));
         placed.push_back(r);
       }
@@ -85,6 +96,14 @@ TEST(NewCommand, BareNameMeansTheCurrentFolderAndAFileIsOnlyReplacedWhenForced) 
   EXPECT_NE(tooMany.err.find("more than --max"), std::string::npos) << tooMany.err;
   EXPECT_EQ(RunTool({"new", other, "--buttons", "37"}).status, 2);
   EXPECT_FALSE(FileExists(other));
+
+  // A symbolic link stays a link, even one whose file is not made yet.
+  const std::string link = dir.File("link.ini"), target = dir.File("made/by/link.ini");
+  std::filesystem::create_directories(dir.File("made/by"));
+  std::filesystem::create_symlink("made/by/link.ini", link);
+  EXPECT_EQ(RunTool({"new", link, "--buttons", "2"}).status, 0);
+  EXPECT_TRUE(std::filesystem::is_symlink(link));
+  EXPECT_EQ(RunTool({"get", target, "buttons.current"}).out, "2\n");
 }
 
 std::string Button(int i, int left, int top, int right, int bottom) {
@@ -97,32 +116,37 @@ std::string Button(int i, int left, int top, int right, int bottom) {
 }
 
 // check prints each problem on one line with its severity; the exit status is the worst one.
+// Buttons are named by their tool number (library index - 1); others by their library index.
 TEST(CheckCommand, ReportsErrorsAndWarningsOneLineEach) {
   TempDir dir;
   const std::string file = dir.File("menu.ini"), at = file + ": ";
-  WriteFile(dir.File("here.png"), "");
+  WriteFile(dir.File("here.png"), ReadFile(ExamplePicture("button.png")));
   const std::pair<std::string, std::vector<std::string>> cases[] = {
       {"[Background]\nNTSC=TRUE\nMaximumNumberOfButton=2\nCurrentNumberOfButton=3\n"
        "BackgroundBmp=gone.png\nBackgroundTitle=" + std::string(100, 'T') + "\n"
-       "AddPrevButton=FALSE\nAddNextButton=FALSE\n[NumOfButton1]\n" + Button(1, 10, 10, 50, 50) +
-       "[NumOfButton2]\n" + Button(1, 10, 10, 50, 50) + Button(2, 40, 40, 90, 90) +
-       "ButtonBmp1=here.png\nButtonFrameBmp2=default\n[NumOfButton3]\n" +
-       Button(1, 10, 10, 50, 50) + Button(2, 700, 400, 760, 470) + Button(3, 90, 10, 80, 50),
+       "BackgroundTitleFont_Size=1\nAddPrevButton=FALSE\nAddNextButton=FALSE\n[NumOfButton1]\n" +
+       Button(2, 100, 100, 140, 140) + "[NumOfButton2]\n" + Button(2, 100, 100, 140, 140) +
+       Button(3, 130, 130, 180, 180) + "ButtonBmp2=here.png\nButtonFrameBmp3=default\n"
+       "[NumOfButton3]\n" + Button(2, 100, 100, 140, 140) + Button(3, 700, 400, 760, 470) +
+       Button(4, 190, 100, 180, 140),
        {"2", "warning: buttons.current: 3 is above the maximum 2",
         "error: background: 'gone.png' does not exist (looked for " + dir.File("gone.png") + ")",
         "warning: title: 100 characters, of which only the first 79 are read back",
         "error: layout 2, button 2: overlaps the button 1",
-        "warning: layout 2, button 2, frame.picture: ButtonFrameBmp2 holds \"default\", which "
+        "warning: layout 2, button 2, frame.picture: ButtonFrameBmp3 holds \"default\", which "
         "reads as missing",
         "error: layout 3, button 2: rectangle 700 400 760 470 reaches outside the 720x480 canvas",
-        "error: layout 3, button 3: rectangle 90 10 80 50 is empty or inverted"}},
+        "error: layout 3, button 3: rectangle 190 100 180 140 is empty or inverted"}},
       {"[Background]\nNTSC=FALSE\nMaximumNumberOfButton=1\nCurrentNumberOfButton=1\n"
        "AddPrevButton=FALSE\nAddNextButton=FALSE\n[NumOfButton1]\n" +
-       Button(0, 100, 500, 200, 560) + "ButtonTitle0=default\n",  // 500..560 fits the PAL canvas
-       {"1", "warning: layout 1, button 0, title: ButtonTitle0 holds \"default\", which reads as "
-        "missing"}},
+       Button(0, 100, 240, 200, 300) + "ButtonTitle0=default\n",
+       {"1", "warning: layout 1, library index 0, title: ButtonTitle0 holds \"default\", which "
+        "reads as missing",
+        "warning: layout 1, library index 0: the tool numbers buttons from library index 2 (an "
+        "earlier menutemplate or another program wrote this one); the navigation values of "
+        "index 0 and 1 do not read back"}},
       {"[Background]\nNTSC=TRUE\nMaximumNumberOfButton=2\nCurrentNumberOfButton=2\n"
-       "AddPrevButton=TRUE\nAddNextButton=FALSE\n[NumOfButton1]\n" + Button(0, 10, 10, 50, 50),
+       "AddPrevButton=TRUE\nAddNextButton=FALSE\n[NumOfButton1]\n" + Button(2, 100, 100, 140, 140),
        {"2", "error: layout 2: no buttons in the layout in use",
         "error: previous button: shown on the page but has no rectangle"}}};
   for (const auto& [text, expected] : cases) {
@@ -154,7 +178,8 @@ TEST(ShowCommand, ReportsThePageAsReadAndShowAndCheckLeaveTheFileByteForByte) {
   ASSERT_EQ(shown.status, 0) << shown.err;
   for (const char* line : {"  mode              pal\n", "  title             (missing)\n",
                            "Layout for 3 buttons (in use)\n",
-                           "Layout for 1 button: not in the file\n", "    title  "}) {
+                           "Layout for 1 button: not in the file\n", "  library index 0\n",
+                           "  button 1\n", "    title  "}) {
     EXPECT_NE(shown.out.find(line), std::string::npos) << line << "\n" << shown.out;
   }
   const json page = ShowJson(file);
@@ -171,12 +196,19 @@ TEST(ShowCommand, ReportsThePageAsReadAndShowAndCheckLeaveTheFileByteForByte) {
   EXPECT_EQ(three["buttons"][0]["rect"],
             (json{{"left", 10}, {"top", 10}, {"right", 60}, {"bottom", 50}}));
   EXPECT_TRUE(three["buttons"][0]["title"].is_null());
+  EXPECT_TRUE(three["buttons"][0]["button"].is_null());  // index 0 has no button number
   EXPECT_EQ(three["buttons"][1]["index"], 2);
+  EXPECT_EQ(three["buttons"][1]["button"], 1);
   EXPECT_EQ(three["buttons"][1]["title"], "Three");
   EXPECT_EQ(page["layouts"][3]["buttons"][0]["picture"], "nine.png");
 
-  EXPECT_NE(RunTool({"check", file}).status, -1);
+  const ToolResult checked = RunTool({"check", file});
+  EXPECT_NE(checked.status, -1);
   EXPECT_EQ(ReadFile(file), kTemplate);
+  // A template that cannot be edited reads the same.
+  chmod(file.c_str(), 0444);
+  EXPECT_EQ(ShowJson(file), page);
+  EXPECT_EQ(RunTool({"check", file}).out, checked.out);
   // Nothing is left behind in the template's folder either.
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 1);
 }

@@ -51,8 +51,9 @@ TEST_F(PropertyCommand, EveryKindOfValueReadsBackAsWritten) {
       {{"--nav", "next"}, "nav.navinfo", {"3", "7"}, "3 7"},
       {{"--button", "2"}, "button.rect", {"100", "120", "260", "210"}, "100 120 260 210"},
       {{"--button", "3"}, "button.title.font.name", {"DejaVu Serif"}, "DejaVu Serif"},
-      {{"--button", "4"}, "button.navinfo", {"2", "3"}, "2 3"},
-      {{"--button", "57"}, "button.frame.size", {"6"}, "6"},
+      {{"--button", "1"}, "button.navinfo", {"2", "3"}, "2 3"},  // every button's read back
+      {{"--button", "4"}, "button.navinfo", {"4294967295", "0"}, "4294967295 0"},
+      {{"--button", "4"}, "button.frame.size", {"6"}, "6"},
   };
   for (const RoundTrip& c : cases) {
     SCOPED_TRACE(c.property);
@@ -73,7 +74,7 @@ TEST_F(PropertyCommand, ButtonPropertiesFollowTheCurrentLayout) {
   ASSERT_EQ(Run({"set", "button.title", "Intro", "--button", "1"}).status, 0);
   ASSERT_EQ(Run({"set", "buttons.current", "2"}).status, 0);
   EXPECT_EQ(Run({"get", "button.title", "--button", "1"}).out, "Chapter 1\n");
-  EXPECT_EQ(Run({"get", "button.title", "--button", "3"}).status, 1);
+  EXPECT_EQ(Run({"get", "button.title", "--button", "3"}).status, 2);  // no button 3 of 2
   ASSERT_EQ(Run({"set", "buttons.current", "4"}).status, 0);
   EXPECT_EQ(Run({"get", "button.title", "--button", "1"}).out, "Intro\n");
 }
@@ -93,6 +94,12 @@ TEST_F(PropertyCommand, BadInputIsOneLineNamingTheFileAndChangesNothing) {
       {{"set", "button.title", "x"}, "button.title needs --button I"},
       {{"get", "title", "--button", "1"}, "title takes no --button"},
       {{"get", "nav.rect"}, "nav.rect needs --nav prev|next"},
+      {{"set", "button.title", "x", "--button", "0"}, "--button 0: buttons are numbered from 1"},
+      {{"get", "button.title", "--button", "5"},
+       "--button 5 is out of range: the layout in use has buttons 1..4"},
+      {{"set", "title", "Holidays\r\nAddPrevButton=FALSE"}, "line break (CR or LF) or NUL"},
+      {{"set", "button.title", "a\nb", "--button", "1"}, "line break"},
+      {{"set", "title", "x", "--rescale"}, "--rescale goes only with mode"},
   };
   const std::string before = ReadFile(file);
   for (const Bad& c : cases) {
@@ -109,6 +116,72 @@ TEST_F(PropertyCommand, BadInputIsOneLineNamingTheFileAndChangesNothing) {
   EXPECT_EQ(readOnly.status, 2);
   EXPECT_NE(readOnly.err.find("cannot write"), std::string::npos) << readOnly.err;
   EXPECT_EQ(ReadFile(file), before);
+}
+
+TEST_F(PropertyCommand, ATextLongerThanWhatReadsBackWarnsAtOnce) {
+  struct Long {
+    std::vector<std::string> where;
+    std::string property;
+    size_t length;
+    bool warns;
+  };
+  const Long cases[] = {{{}, "title", 79, false},
+                        {{}, "title", 100, true},
+                        {{}, "title.font.name", 200, false},  // read with 1000 bytes
+                        {{"--button", "2"}, "button.title.font.name", 80, true}};
+  for (const Long& c : cases) {
+    SCOPED_TRACE(c.property + " " + std::to_string(c.length));
+    std::vector<std::string> args{"set", c.property, std::string(c.length, 'x')};
+    args.insert(args.end(), c.where.begin(), c.where.end());
+    const ToolResult set = Run(args);
+    EXPECT_EQ(set.status, 0);
+    EXPECT_EQ(set.err, c.warns ? "menutemplate: warning: " + c.property +
+                                     (c.where.empty() ? "" : " of button 2") + " has " +
+                                     std::to_string(c.length) + " characters; only the first " +
+                                     "79 are read back\n"
+                               : "");
+  }
+}
+
+// An NTSC layout on a PAL page keeps the bottom fifth empty: set warns, or scales it.
+TEST(PropertyCommandMode, SwitchingTheStandardWarnsOrRescalesTheLayout) {
+  TempDir dir;
+  const std::string file = dir.File("menu.ini");
+  ASSERT_EQ(RunTool({"new", file, "--buttons", "4", "--nav"}).status, 0);
+  const nlohmann::json ntsc = ShowJson(file);
+
+  ToolResult pal = RunTool({"set", file, "mode", "pal"});
+  EXPECT_EQ(pal.status, 0);
+  EXPECT_NE(pal.err.find("warning: the buttons end at line 432 of 576: the layout looks sized "
+                         "for NTSC (720x480) (add --rescale"),
+            std::string::npos)
+      << pal.err;
+  EXPECT_EQ(ShowJson(file)["layouts"], ntsc["layouts"]);
+  EXPECT_EQ(RunTool({"set", file, "mode", "ntsc"}).err, "");  // fits again
+
+  pal = RunTool({"set", file, "mode", "pal", "--rescale"});
+  EXPECT_EQ(pal.status, 0) << pal.err;
+  EXPECT_EQ(pal.err, "");
+  const ToolResult checked = RunTool({"check", file});
+  EXPECT_EQ(checked.status, 0) << checked.out;
+  const nlohmann::json scaled = ShowJson(file);
+  EXPECT_EQ(scaled["layoutInUse"], 4);
+  EXPECT_EQ(scaled["next"]["rect"]["bottom"], 518);  // 432 * 576 / 480, on an even line
+  for (size_t layout = 0; layout < 4; ++layout) {
+    const auto& before = ntsc["layouts"][layout]["buttons"];
+    const auto& after = scaled["layouts"][layout]["buttons"];
+    ASSERT_EQ(before.size(), after.size());
+    for (size_t b = 0; b < before.size(); ++b) {
+      for (const char* edge : {"top", "bottom"}) {
+        const int y = after[b]["rect"][edge];
+        EXPECT_EQ(y % 2, 0);
+        EXPECT_NEAR(y, before[b]["rect"][edge].get<int>() * 1.2, 1);
+      }
+      EXPECT_EQ(after[b]["rect"]["left"], before[b]["rect"]["left"]);
+      EXPECT_NEAR(after[b]["title.position"]["y"].get<int>(),
+                  before[b]["title.position"]["y"].get<int>() * 1.2, 1);
+    }
+  }
 }
 
 TEST(PropertyCommandFiles, MissingFilesAndLayoutsAreNamed) {
@@ -134,7 +207,7 @@ TEST(PropertyCommandFiles, MissingFilesAndLayoutsAreNamed) {
 TEST(PropertyCommandFiles, AWriteThatFailsHalfWayLeavesTheFileWhole) {
   TempDir dir;
   const std::string file = dir.File("menu.ini");
-  // new stops part-way through its layouts: no template appears, and nothing is left over.
+  // new cannot write the whole template: no template appears, and nothing is left over.
   ToolResult made = RunTool({"new", file, "--buttons", "4"}, "", 4000);
   EXPECT_EQ(made.status, 2);
   EXPECT_NE(made.err.find(file + ": cannot write"), std::string::npos) << made.err;
@@ -147,10 +220,34 @@ TEST(PropertyCommandFiles, AWriteThatFailsHalfWayLeavesTheFileWhole) {
                             "--button", "1"},
                            "", before.size() + 4);
   EXPECT_EQ(set.status, 2);
-  EXPECT_NE(set.err.find("cannot write button.title.position of button 1"), std::string::npos)
+  EXPECT_NE(set.err.find(file + ": cannot write the file, which is left as it was"),
+            std::string::npos)
       << set.err;
   EXPECT_EQ(ReadFile(file), before);
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 1);
+}
+
+}  // namespace
+}  // namespace tolvex::test
+
+namespace tolvex::test {
+namespace {
+
+TEST(Help, EachCommandShowsItsOwnOptionsAndOnlyGetSetShowListTheProperties) {
+  const std::pair<const char*, const char*> commands[] = {
+      {"new", "--nav"},     {"get", "--button"},  {"set", "--rescale"}, {"show", "--json"},
+      {"check", "FILE"},    {"render", "--force"}, {"resize", "WIDTH"}};
+  for (const auto& [command, option] : commands) {
+    SCOPED_TRACE(command);
+    const ToolResult help = RunTool({command, "--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.out.find(option), std::string::npos) << help.out;
+    const bool lists = std::string("get set show").find(command) != std::string::npos;
+    EXPECT_EQ(help.out.find("button.title.font.rgb") != std::string::npos, lists) << help.out;
+    EXPECT_EQ(help.out.find("Button I is kept\nunder the library's index I+1") != std::string::npos,
+              lists);
+  }
+  EXPECT_EQ(RunTool({"--help"}).out.find("button.title.font.rgb"), std::string::npos);
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ std::string PngHeader(unsigned width, unsigned height) {
 
 TEST(RenderCommand, WritesMenuMaskAndAPreviewWithEveryButtonOutlined) {
   TempDir dir;
-  ASSERT_EQ(RunTool({"new", "menu.ini", "--buttons", "3", "--max", "5", "--background",
+  ASSERT_EQ(RunTool({"new", "menu.ini", "--buttons", "3", "--max", "5", "--nav", "--background",
                      ExamplePicture("background.png"), "--button-picture",
                      ExamplePicture("button.png")},
                     dir.path())
@@ -41,16 +41,39 @@ TEST(RenderCommand, WritesMenuMaskAndAPreviewWithEveryButtonOutlined) {
   EXPECT_NE(rendered.out.find("(4 button areas)"), std::string::npos) << rendered.out;
 }
 
-TEST(RenderCommand, AFailedRenderingIsAnError) {
+// A page with errors is refused with check's findings; forced, the renderer's reason is told.
+TEST(RenderCommand, APageWithErrorsIsRefusedAndAFailedRenderingSaysWhy) {
   TempDir dir;
   const std::string file = dir.File("menu.ini");
   ASSERT_EQ(RunTool({"new", file, "--background", dir.File("missing.png")}).status, 0);
-  ASSERT_EQ(RunTool({"set", file, "output", dir.File("no/such/folder/menu.bmp")}).status, 0);
   ToolResult rendered = RunTool({"render", file});
   EXPECT_EQ(rendered.status, 2);
-  EXPECT_NE(rendered.err.find(file + ": the menu picture could not be rendered"),
-            std::string::npos)
+  const std::string missing = dir.File("missing.png");
+  EXPECT_EQ(rendered.out, file + ": error: background: '" + missing +
+                              "' does not exist (looked for " + missing + ")\n");
+  // (Under the leak checker, its summary follows on stderr.)
+  EXPECT_EQ(rendered.err.rfind("menutemplate: " + file +
+                                   ": 1 error found by check; not rendered (--force renders all "
+                                   "the same)\n",
+                               0),
+            0u)
       << rendered.err;
+  EXPECT_FALSE(FileExists(dir.File("menu.bmp")));
+
+  rendered = RunTool({"render", file, "--force"});
+  EXPECT_EQ(rendered.status, 2);
+  EXPECT_NE(rendered.err.find(file + ": the menu picture could not be rendered: "),
+            std::string::npos) << rendered.err;
+  EXPECT_NE(rendered.err.find(dir.File("missing.png")), std::string::npos) << rendered.err;
+
+  // A mask whose folder is missing: the mask library's reason names it.
+  ASSERT_EQ(RunTool({"set", file, "background", ""}).status, 0);
+  ASSERT_EQ(RunTool({"set", file, "mask", dir.File("no/such/folder/mask.bmp")}).status, 0);
+  rendered = RunTool({"render", file, "--force"});
+  EXPECT_EQ(rendered.status, 2);
+  EXPECT_NE(rendered.err.find(file + ": the mask could not be rendered: "), std::string::npos)
+      << rendered.err;
+  EXPECT_NE(rendered.err.find("no/such/folder"), std::string::npos) << rendered.err;
 }
 
 TEST(ResizeCommand, ScalesAPictureAndRefusesBadInput) {

@@ -1,0 +1,115 @@
+// check on a page spoiled in every way a DVD maker meets: what the renderer draws wrongly
+// (titles cut off or over a neighbour, measured as the renderer lays them out), what a
+// television shows badly (outside the title-safe area, odd lines, thin frames), and files that
+// cannot be used (a FIFO that must not be opened, empty, truncated, corrupt, oversized, a
+// folder, an output folder that is missing). render refuses such a page unless forced.
+#include "ToolRunner.h"
+
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <sstream>
+
+namespace tolvex::test {
+namespace {
+
+std::string Button(int index, int left, int top, int right, int bottom) {
+  std::string keys;
+  for (const auto& [edge, v] : {std::pair<const char*, int>{"left", left}, {"right", right},
+                                {"top", top}, {"bottom", bottom}})
+    keys += "ButtonPosition" + std::to_string(index) + "_" + edge + "=" + std::to_string(v) + "\n";
+  return keys;
+}
+
+std::string Title(int index, const std::string& text, int x, int y) {
+  const std::string i = std::to_string(index);
+  return "ButtonTitle" + i + "=" + text + "\nButtonTitlePosition" + i + "_x=" + std::to_string(x) +
+         "\nButtonTitlePosition" + i + "_y=" + std::to_string(y) + "\nButtonTitleFont_Size" + i +
+         "=20\n";
+}
+
+// A PNG header that claims 9000 x 9000 pixels and holds none (the checksum is not looked at
+// before the size).
+std::string HugePng() {
+  std::string png("\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR", 16);
+  for (uint32_t v : {9000u, 9000u})
+    for (int shift = 24; shift >= 0; shift -= 8) png += static_cast<char>(v >> shift);
+  return png + std::string("\x08\x02\0\0\0\0\0\0\0", 9);
+}
+
+const char kSpoiled[] =
+    "[Background]\nNTSC=FALSE\nMaximumNumberOfButton=3\nCurrentNumberOfButton=3\n"
+    "BackgroundBmp=fifo.png\nBackgroundMusic=folder\nOutputBmp=nofolder/menu.bmp\n"
+    "BackgroundTitle=A title far too long for the page\nBackgroundTitlePosition_x=400\n"
+    "BackgroundTitlePosition_y=60\nBackgroundTitleFont_Size=40\n"
+    "BackgroundTitleFont_Name=No Such Font Family\nBackgroundTitleFont_R=300\n"
+    "BackgroundTitleFont_G=0\nBackgroundTitleFont_B=0\nAddPrevButton=FALSE\nAddNextButton=FALSE\n";
+
+TEST(CheckFindings, ASpoiledPageIsReportedOneLineAFindingAndRenderRefusesIt) {
+  TempDir dir;
+  ASSERT_EQ(mkfifo(dir.File("fifo.png").c_str(), 0600), 0);
+  ASSERT_EQ(mkdir(dir.File("folder").c_str(), 0700), 0);
+  WriteFile(dir.File("empty.png"), "");
+  WriteFile(dir.File("huge.png"), HugePng());
+  WriteFile(dir.File("garbage.png"), "this is not a picture\n");
+  WriteFile(dir.File("trunc.png"), ReadFile(ExamplePicture("button.png")).substr(0, 300));
+  const std::string file = dir.File("menu.ini");
+  WriteFile(file, std::string(kSpoiled) + "[NumOfButton3]\n" +
+                      Button(2, 40, 100, 200, 190) + "ButtonFrameThickness2=1\n" +
+                      Title(2, "Chapter one", 230, 300) +
+                      Button(3, 280, 100, 440, 190) + "ButtonFrameThickness3=40\n" +
+                      "ButtonBmp3=empty.png\nButtonFrameBmp3=huge.png\n" +
+                      Title(3, "The second chapter title", 300, 300) +
+                      Button(4, 480, 301, 640, 391) + "ButtonFrameThickness4=4\n" +
+                      "ButtonBmp4=trunc.png\nButtonFrameBmp4=garbage.png\n");
+
+  const ToolResult checked = RunTool({"check", file});
+  EXPECT_EQ(checked.status, 2);
+  const std::vector<std::string> expected{
+      "error: background: 'fifo.png' is a named pipe (FIFO)",
+      "error: music: 'folder' is a folder",
+      "error: output: 'nofolder/menu.bmp' cannot be written: its folder",
+      "warning: title.font.rgb: red 300 above 255, drawn as 255",
+      "warning: title: font 'No Such Font Family' is not installed;",
+      "error: title: cut off at the right edge",
+      "warning: layout 1: no buttons",
+      "warning: layout 2: no buttons",
+      "warning: layout 3, button 1: rectangle 40 100 200 190 lies outside the title-safe area "
+      "72 57 648 519",
+      "warning: layout 3, button 1, frame.size: 1 px: a frame thinner than 2 lines flickers",
+      "error: layout 3, button 2, frame.picture: 'huge.png' claims 9000x9000 pixels",
+      "error: layout 3, button 2, picture: 'empty.png' is empty",
+      "warning: layout 3, button 2, frame.size: 40 px leaves 80x10 of the 160x90 button",
+      "error: layout 3, button 3, frame.picture: 'garbage.png' cannot be used: not a PNG, JPEG or BMP picture",
+      "error: layout 3, button 3, picture: 'trunc.png' is truncated or corrupt",
+      "warning: layout 3, button 3: top 301 and bottom 391: an edge on an odd line",
+      "error: layout 3, button 1, title: runs over the title of button 2",
+      "error: layout 3, button 2, title: runs over the button 3",
+      "warning: mode: the buttons end at line 391 of 576: the layout looks sized for NTSC"};
+  std::vector<std::string> lines;
+  std::istringstream out(checked.out);
+  for (std::string line; std::getline(out, line);) lines.push_back(line);
+  for (const std::string& want : expected) {
+    const auto hit = std::find_if(lines.begin(), lines.end(), [&](const std::string& line) {
+      return line.rfind(file + ": " + want, 0) == 0;
+    });
+    EXPECT_NE(hit, lines.end()) << want << "\n" << checked.out;
+  }
+  EXPECT_EQ(lines.size(), expected.size()) << checked.out;
+
+  const std::string before = ReadFile(file);
+  const ToolResult rendered = RunTool({"render", file});
+  EXPECT_EQ(rendered.status, 2);
+  EXPECT_NE(rendered.out.find("error: title: cut off"), std::string::npos) << rendered.out;
+  EXPECT_NE(rendered.err.find(file + ": 10 errors found by check; not rendered (--force renders all "
+                              "the same)"),
+            std::string::npos)
+      << rendered.err;
+  EXPECT_EQ(ReadFile(file), before);
+}
+
+}  // namespace
+}  // namespace tolvex::test
