@@ -14,9 +14,9 @@ out=$(mktemp -d "${TMPDIR:-/tmp}/menutemplate-sample.XXXXXX")
 cp examples/background.png examples/button.png "$out/"
 cd "$out"
 ffmpeg -v error -f lavfi -i "sine=frequency=440:duration=4" music.wav
-"$tool" new page1.ini --buttons 4 --title "Sample Disc" --background background.png \
+"$tool" new page1.ini --nav --buttons 4 --title "Sample Disc" --background background.png \
   --button-picture button.png --music music.wav
-"$tool" new page2.ini --buttons 2 --title "More" --background background.png \
+"$tool" new page2.ini --nav --buttons 2 --title "More" --background background.png \
   --button-picture button.png
 "$tool" check page1.ini
 "$tool" check page2.ini

@@ -107,7 +107,7 @@ class Player {
 ToolResult AuthorDisc(const std::string& dir) {
   for (int buttons : {3, 2}) {
     const std::string page = "page" + std::to_string(buttons) + ".ini";
-    EXPECT_EQ(RunTool({"new", page, "--buttons", std::to_string(buttons), "--background",
+    EXPECT_EQ(RunTool({"new", page, "--nav", "--buttons", std::to_string(buttons), "--background",
                        ExamplePicture("background.png")},
                       dir).status, 0);
   }

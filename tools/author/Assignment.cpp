@@ -1,6 +1,7 @@
 // Assigning videos to numbered buttons (see Assignment.h).
 #include "tools/author/Assignment.h"
 
+#include "tools/ButtonNumber.h"
 #include "tools/ToolError.h"
 
 namespace menutool::author {
@@ -8,6 +9,13 @@ namespace {
 
 std::string Count(size_t n, const char* what) {
   return std::to_string(n) + " " + what + (n == 1 ? "" : "s");
+}
+
+// A button as the user numbers it, or by its library index where the layout predates the tool's
+// numbering.
+std::string ButtonLabel(unsigned index) {
+  const std::optional<unsigned> number = ButtonNumber(index);
+  return number ? std::to_string(*number) : "at library index " + std::to_string(index);
 }
 
 }  // namespace
@@ -22,7 +30,7 @@ std::vector<Assignment> AssignVideos(const std::vector<PageButtons>& pages,
       if (assigned.size() < videos.size()) {
         assigned.push_back({p, b, assigned.size()});
       } else {
-        here += " " + std::to_string(pages[p].indexes[b]);
+        here += " " + ButtonLabel(pages[p].indexes[b]);
       }
     }
     if (!here.empty())

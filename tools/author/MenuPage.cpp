@@ -3,10 +3,12 @@
 
 #include "tools/Properties.h"
 #include "tools/RawProfile.h"
-#include "tools/TemplateCopy.h"
 #include "tools/TemplatePath.h"
+#include "tools/TemplateSession.h"
 #include "tools/ToolError.h"
 
+#include <tolvex/MenuBmp.h>
+#include <tolvex/MenuMask.h>
 #include <tolvex/MenuTemplate.h>
 
 #include <gdk-pixbuf/gdk-pixbuf.h>
@@ -31,7 +33,7 @@ std::optional<Rgb> Colour(int found, unsigned r, unsigned g, unsigned b) {
   return Rgb{r, g, b};
 }
 
-// Picture names in the scratch copy made absolute, since the copy lives in another folder.
+// Picture names in the page's copy made absolute, since the copy lives in another folder.
 class Absolute {
  public:
   Absolute(const TemplatePath& original, CMenuTemplate* menu) : m_path(original), m_menu(menu) {}
@@ -72,8 +74,8 @@ size_t MenuPage::NumberOf(ButtonKind kind) const {
 MenuPage ReadMenuPage(const std::string& given) {
   TemplatePath path(given);
   path.RequireReadable();
-  ScratchCopy scratch(path);
-  CMenuTemplate menu{CString(scratch.path().c_str())};
+  TemplateSession session(path, TemplateSession::Purpose::kRead);
+  CMenuTemplate& menu = session.menu();
   MenuPage page;
   page.given = given;
   int ntsc = 0;  // the renderer draws PAL when the mode is missing
@@ -88,7 +90,7 @@ MenuPage ReadMenuPage(const std::string& given) {
   if (menu.GetCurrentNumOfButtons(&count)) {
     std::set<unsigned> indexes;
     for (const std::string& key :
-         KeyNames(scratch.path(), "NumOfButton" + std::to_string(static_cast<int>(count))))
+         KeyNames(session.path(), "NumOfButton" + std::to_string(static_cast<int>(count))))
       if (auto index = ButtonIndexOfKey(key)) indexes.insert(*index);
     for (unsigned index : indexes) {
       PageButton button{ButtonKind::kNumbered, index, {}, std::nullopt};
@@ -119,9 +121,15 @@ MenuPage ReadMenuPage(const std::string& given) {
 }
 
 void RenderMenuPage(const MenuPage& page, const std::string& picture, const std::string& mask) {
+  // The rendering libraries read the template from disk, so the page is rendered from a copy
+  // beside its picture (it stays in the output folder, for rendering the page again by hand).
   TemplatePath path(page.given);
-  ScratchCopy scratch(path);
-  CMenuTemplate menu{CString(scratch.path().c_str())};
+  const std::string copy = fs::path(picture).replace_extension(".ini").string();
+  CMenuTemplate menu;
+  menu.CopyTemplateFile(CString(copy.c_str()), CString(path.library().c_str()));
+  if (!fs::is_regular_file(copy))
+    throw ToolError(page.given, "cannot copy the template to " + copy);
+  menu.SetTemplateFile(CString(copy.c_str()));
   using C = CMenuTemplate;
   Absolute absolute(path, &menu);
   absolute(&C::GetFileName, &C::SetBkBMPFileName);
@@ -138,9 +146,11 @@ void RenderMenuPage(const MenuPage& page, const std::string& picture, const std:
       !menu.SetOutMaskFile(CString(mask.c_str())))
     throw ToolError(page.given, "cannot prepare the template for rendering");
   if (menu.CreateMenuBMP().GetLength() == 0)
-    throw ToolError(page.given, "the menu picture could not be rendered");
+    throw ToolError(page.given, std::string("the menu picture could not be rendered: ") +
+                                    TolvexMenuBmpLastError());
   if (menu.CreateMaskBMP().GetLength() == 0)
-    throw ToolError(page.given, "the mask could not be rendered");
+    throw ToolError(page.given, std::string("the mask could not be rendered: ") +
+                                    TolvexMenuMaskLastError());
 }
 
 void WriteButtonPicture(const std::string& mask, Rgb colour, const std::string& png) {
