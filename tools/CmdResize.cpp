@@ -1,8 +1,10 @@
 // The resize command: scales a picture through CMenuTemplate::ResizeImage (the renderer's
-// ImageResize), which takes the target's format from its extension.
+// ImageResize), which takes the target's format from its extension; a failure says why, as the
+// rendering library tells it.
 #include "tools/Commands.h"
 #include "tools/ToolError.h"
 
+#include <tolvex/MenuBmp.h>
 #include <tolvex/MenuTemplate.h>
 
 #include <unistd.h>
@@ -15,7 +17,8 @@ int RunResize(const std::string& source, const std::string& target, unsigned wid
   CMenuTemplate menu;
   if (!menu.ResizeImage(CString(source.c_str()), CString(target.c_str()), width, height))
     throw ToolError(source, "cannot resize to " + std::to_string(width) + "x" +
-                                std::to_string(height) + " into " + target);
+                                std::to_string(height) + " into " + target + ": " +
+                                TolvexMenuBmpLastError());
   return kExitOk;
 }
 
