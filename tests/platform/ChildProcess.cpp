@@ -119,16 +119,22 @@ int RunChild(const std::string& role, char** args) {
   return 64;
 }
 
-}  // namespace
-
-pid_t SpawnChild(const std::string& role, const std::vector<std::string>& args) {
+// Starts this test binary again as the child `role`; returns posix_spawn's error.
+int Spawn(const std::string& role, const std::vector<std::string>& args,
+          const posix_spawn_file_actions_t* actions, pid_t* pid) {
   std::vector<std::string> all = {"/proc/self/exe", "--tolvex-child", role};
   all.insert(all.end(), args.begin(), args.end());
   std::vector<char*> argv;
   for (std::string& arg : all) argv.push_back(arg.data());
   argv.push_back(nullptr);
+  return posix_spawn(pid, "/proc/self/exe", actions, nullptr, argv.data(), environ);
+}
+
+}  // namespace
+
+pid_t SpawnChild(const std::string& role, const std::vector<std::string>& args) {
   pid_t pid = -1;
-  int error = posix_spawn(&pid, "/proc/self/exe", nullptr, nullptr, argv.data(), environ);
+  int error = Spawn(role, args, nullptr, &pid);
   EXPECT_EQ(error, 0) << "cannot start a child: " << std::strerror(error);
   return pid;
 }
@@ -140,13 +146,8 @@ std::string ChildOutput(const std::string& role, const std::vector<std::string>&
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, fds[1], 1);
   posix_spawn_file_actions_addclose(&actions, fds[0]);
-  std::vector<std::string> all = {"/proc/self/exe", "--tolvex-child", role};
-  all.insert(all.end(), args.begin(), args.end());
-  std::vector<char*> argv;
-  for (std::string& arg : all) argv.push_back(arg.data());
-  argv.push_back(nullptr);
   pid_t pid = -1;
-  int error = posix_spawn(&pid, "/proc/self/exe", &actions, nullptr, argv.data(), environ);
+  int error = Spawn(role, args, &actions, &pid);
   posix_spawn_file_actions_destroy(&actions);
   close(fds[1]);
   std::string out;

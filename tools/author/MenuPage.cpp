@@ -51,6 +51,20 @@ class Absolute {
   CMenuTemplate* m_menu;
 };
 
+// Adds `button` to `page` when its position can be read, with its grid place and frame colour
+// where set. The getters are a numbered button's or a previous/next button's, which the library
+// keeps apart; `button.index` addresses both.
+template <class Position, class Grid, class Frame>
+void ReadButton(CMenuTemplate* menu, PageButton button, Position position, Grid grid, Frame frame,
+                MenuPage* page) {
+  if (!(menu->*position)(button.index, &button.nav.rect)) return;
+  button.nav.rect = Normal(button.nav.rect);
+  unsigned r = 0, c = 0, red = 0, green = 0, blue = 0;
+  if ((menu->*grid)(button.index, &r, &c)) button.nav.at = GridPlace{r, c};
+  button.frame = Colour((menu->*frame)(button.index, &red, &green, &blue), red, green, blue);
+  page->buttons.push_back(button);
+}
+
 struct PixbufFree {
   void operator()(GdkPixbuf* p) const { g_object_unref(p); }
 };
@@ -85,6 +99,7 @@ MenuPage ReadMenuPage(const std::string& given) {
   if (menu.GetMusicFileName(&music) && music.GetLength() > 0)
     page.music = fs::absolute(path.Resolve(music.GetString())).string();
 
+  using C = CMenuTemplate;
   // The numbered buttons the renderer draws: every index of the current layout with a position.
   unsigned count = 0;
   if (menu.GetCurrentNumOfButtons(&count)) {
@@ -92,27 +107,16 @@ MenuPage ReadMenuPage(const std::string& given) {
     for (const std::string& key :
          KeyNames(session.path(), "NumOfButton" + std::to_string(static_cast<int>(count))))
       if (auto index = ButtonIndexOfKey(key)) indexes.insert(*index);
-    for (unsigned index : indexes) {
-      PageButton button{ButtonKind::kNumbered, index, {}, std::nullopt};
-      if (!menu.GetBtnPosition(index, &button.nav.rect)) continue;
-      button.nav.rect = Normal(button.nav.rect);
-      unsigned r = 0, c = 0, red = 0, green = 0, blue = 0;
-      if (menu.GetBtnNavInfo(index, &r, &c)) button.nav.at = GridPlace{r, c};
-      button.frame = Colour(menu.GetBtnFrameRGB(index, &red, &green, &blue), red, green, blue);
-      page.buttons.push_back(button);
-    }
+    for (unsigned index : indexes)
+      ReadButton(&menu, {ButtonKind::kNumbered, index, {}, std::nullopt}, &C::GetBtnPosition,
+                 &C::GetBtnNavInfo, &C::GetBtnFrameRGB, &page);
   }
   for (unsigned nav : {0u, 1u}) {
     int enabled = 0;
     if (!(nav ? menu.GetAddNextButton(&enabled) : menu.GetAddPrevButton(&enabled)) || !enabled)
       continue;
-    PageButton button{nav ? ButtonKind::kNext : ButtonKind::kPrevious, nav, {}, std::nullopt};
-    if (!menu.GetNavBtnPosition(nav, &button.nav.rect)) continue;
-    button.nav.rect = Normal(button.nav.rect);
-    unsigned r = 0, c = 0, red = 0, green = 0, blue = 0;
-    if (menu.GetNavInfo(nav, &r, &c)) button.nav.at = GridPlace{r, c};
-    button.frame = Colour(menu.GetNavBtnFrameRGB(nav, &red, &green, &blue), red, green, blue);
-    page.buttons.push_back(button);
+    ReadButton(&menu, {nav ? ButtonKind::kNext : ButtonKind::kPrevious, nav, {}, std::nullopt},
+               &C::GetNavBtnPosition, &C::GetNavInfo, &C::GetNavBtnFrameRGB, &page);
   }
   if (page.buttons.size() > kMaxButtons)
     throw ToolError(given, std::to_string(page.buttons.size()) + " buttons on the page; a DVD menu "
