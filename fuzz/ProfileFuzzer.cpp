@@ -152,6 +152,14 @@ void CheckOneSplice(const std::string& before, const std::string& after, bool is
   const platform::FileText text = platform::DecodeFile(before);
   Check(prefix >= text.markBytes, "a write changed the byte order mark");
   const size_t unitBytes = text.ByteOffset(1) - text.ByteOffset(0);
+  // Bytes of UTF-16 units can match across a unit boundary ("000a" then "006a" share a 00), so
+  // the common prefix is cut back to whole units before the suffix is measured again.
+  prefix = text.markBytes + (prefix - text.markBytes) / unitBytes * unitBytes;
+  suffix = 0;
+  while (suffix < before.size() - prefix && suffix < after.size() - prefix &&
+         before[before.size() - 1 - suffix] == after[after.size() - 1 - suffix])
+    ++suffix;
+  if (prefix + suffix == before.size()) return;  // a pure insertion
   const size_t first = (prefix - text.markBytes) / unitBytes;
   const size_t last = std::min(text.units.size(),
                                (before.size() - suffix - text.markBytes + unitBytes - 1) / unitBytes);
