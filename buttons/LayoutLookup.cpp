@@ -15,9 +15,7 @@ namespace {
 constexpr const char kNoCount[] = "error";
 
 CString IndexText(unsigned int index) {
-  CString text;
-  text.Format("%d", static_cast<int>(index));  // 4294967295 names button -1
-  return text;
+  return IntegerText(static_cast<int>(index));  // 4294967295 names button -1
 }
 
 }  // namespace
@@ -28,7 +26,8 @@ bool LookUpLayoutSection(const CString& file, CString* section) {
   GetPrivateProfileStringA("Background", "CurrentNumberOfButton", kNoCount, count, kShortRead,
                            file);
   if (std::strcmp(count, kNoCount) == 0) return false;
-  section->Format("NumOfButton%d", std::atoi(count));
+  *section = "NumOfButton";
+  *section += IntegerText(std::atoi(count));
   return true;
 }
 

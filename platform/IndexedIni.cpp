@@ -1,6 +1,5 @@
 // The indexed form of a profile file. It is built from the parse of IniDocument and changes
 // lines with ParseLine, the parser's own rule for one line, so both always read a text alike.
-// Names are indexed folded to lower case for ASCII letters only, which is how names match.
 #include "platform/IndexedIni.h"
 
 #include <algorithm>
@@ -13,14 +12,6 @@ namespace tolvex::platform {
 namespace {
 
 const std::u16string_view kCrLf = u"\r\n";
-
-std::u16string Folded(std::u16string folded) {
-  for (char16_t& unit : folded)
-    if (unit >= 'A' && unit <= 'Z') unit = static_cast<char16_t>(unit + ('a' - 'A'));
-  return folded;
-}
-
-std::u16string Folded(std::u16string_view name) { return Folded(std::u16string(name)); }
 
 std::u16string_view View(const std::u16string& units, UnitRange range) {
   return std::u16string_view(units).substr(range.begin, range.size());
@@ -76,18 +67,34 @@ IndexedIni::IndexedIni(std::string_view bytes) {
     m_sections.push_back(std::move(section));
     IndexSection(static_cast<uint32_t>(m_sections.size() - 1));
   }
-  m_memory += sizeof(*this) + m_prefix.size() * 2 + m_sections.size() * sizeof(Section);
+  m_memory += sizeof(*this) + m_prefix.size() * 2 + m_sections.size() * sizeof(Section) +
+              m_firstSection.MemoryUse();
+}
+
+std::u16string_view IndexedIni::EntryNames::operator()(uint32_t line) const {
+  const Line& entry = section->lines[line];
+  return View(entry.units, entry.parse.name);
+}
+
+std::u16string_view IndexedIni::SectionNames::operator()(uint32_t section) const {
+  return ini->NameOf(ini->m_sections[section]);
 }
 
 void IndexedIni::IndexSection(uint32_t index) {
   Section& section = m_sections[index];
-  m_firstSection.emplace(Folded(NameOf(section)), index);
+  m_firstSection.Insert(NameOf(section), index, SectionNames{this});
   for (uint32_t i = 0; i < section.lines.size(); ++i) {
     const Line& line = section.lines[i];
     if (line.parse.isHeader || line.parse.dropped) continue;
-    if (section.entries.emplace(Folded(View(line.units, line.parse.name)), i).second)
-      m_memory += 64 + line.parse.name.size() * 2;
+    section.entries.Insert(View(line.units, line.parse.name), i, EntryNames{&section});
   }
+  m_memory += section.entries.MemoryUse();
+}
+
+std::u16string_view IndexedIni::NameUnits(std::string_view ansi) const {
+  m_nameUnits.clear();
+  AppendUnitsFromAnsi(ansi, m_encoding, &m_nameUnits);
+  return m_nameUnits;
 }
 
 std::u16string_view IndexedIni::NameOf(const Section& section) const {
@@ -95,25 +102,16 @@ std::u16string_view IndexedIni::NameOf(const Section& section) const {
   return first.parse.isHeader ? View(first.units, first.parse.name) : std::u16string_view();
 }
 
-int IndexedIni::FindSection(const std::u16string& folded) const {
-  auto found = m_firstSection.find(folded);
-  return found == m_firstSection.end() ? -1 : static_cast<int>(found->second);
+int IndexedIni::FindSection(std::u16string_view name) const {
+  return static_cast<int>(m_firstSection.Find(name, SectionNames{this}));
 }
 
 int IndexedIni::FindTrimmedSection(const char* app) const {
-  if (m_lastSection >= 0 && m_lastApp == app) return m_lastSection;
-  int found = FindSection(Folded(Units(TrimBlanks(app))));
-  if (found >= 0) {
-    m_lastApp = app;
-    m_lastSection = found;
-  }
-  return found;
+  return FindSection(NameUnits(TrimBlanks(app)));
 }
 
-const IndexedIni::Line* IndexedIni::FindEntry(const Section& section,
-                                              const std::u16string& folded) const {
-  auto found = section.entries.find(folded);
-  return found == section.entries.end() ? nullptr : &section.lines[found->second];
+int64_t IndexedIni::FindEntry(const Section& section, const char* key) const {
+  return section.entries.Find(NameUnits(TrimBlanks(key)), EntryNames{&section});
 }
 
 std::string IndexedIni::Bytes() const {
@@ -153,12 +151,16 @@ uint32_t IndexedIni::Read(const char* app, const char* key, const char* defaultT
 uint32_t IndexedIni::ReadValue(const char* app, const char* key, const char* defaultText,
                                char* buffer, uint32_t size) const {
   if (size == 0) return 0;
-  int section = FindTrimmedSection(app);
-  if (section >= 0) {
-    const Line* entry = FindEntry(m_sections[section], Folded(Units(TrimBlanks(key))));
-    if (entry && entry->parse.hasValue)
-      return CopyValueText(AnsiFromUnits(View(entry->units, entry->parse.value), m_encoding),
-                           buffer, size);
+  const int found = FindTrimmedSection(app);
+  if (found >= 0) {
+    const Section& section = m_sections[found];
+    const int64_t entry = FindEntry(section, key);
+    if (entry >= 0 && section.lines[entry].parse.hasValue) {
+      const Line& line = section.lines[entry];
+      m_valueText.clear();
+      AppendAnsiFromUnits(View(line.units, line.parse.value), m_encoding, &m_valueText);
+      return CopyValueText(m_valueText, buffer, size);
+    }
   }
   return CopyValueText(TrimDefaultSpaces(defaultText ? defaultText : ""), buffer, size);
 }
@@ -179,7 +181,7 @@ uint32_t IndexedIni::ListKeyNames(const char* app, const char* defaultText, char
   if (size == 0) return 0;
   std::string list;
   bool firstEmpty = false;
-  int found = size > 2 ? FindSection(Folded(Units(app))) : -1;
+  int found = size > 2 ? FindSection(NameUnits(app)) : -1;
   if (found >= 0) {
     for (const Line& line : m_sections[found].lines) {
       const IniLine& parse = line.parse;
@@ -197,27 +199,29 @@ uint32_t IndexedIni::ListKeyNames(const char* app, const char* defaultText, char
 
 bool IndexedIni::Write(const char* app, const char* key, const char* value) {
   if (!key || !value) return Rebuild(app, key, value);
-  const std::u16string newValue = Units(WithoutLeadingBlanks(value));
+  m_newValue.clear();
+  AppendUnitsFromAnsi(WithoutLeadingBlanks(value), m_encoding, &m_newValue);
+  const std::u16string_view newValue = m_newValue;
   Outcome outcome = Outcome::kRebuild;
   if (!HasLineBreak(newValue)) {
-    int found = FindTrimmedSection(app);
+    const int found = FindTrimmedSection(app);
     if (found < 0) {
       outcome = AddSection(app, key, newValue);
     } else {
       Section& section = m_sections[found];
-      auto entry = section.entries.find(Folded(Units(TrimBlanks(key))));
-      outcome = entry == section.entries.end() ? AddEntry(section, key, newValue)
-                                               : SetExisting(section.lines[entry->second], newValue);
+      const int64_t entry = FindEntry(section, key);
+      outcome = entry < 0 ? AddEntry(section, key, newValue)
+                          : SetExisting(section.lines[entry], newValue);
     }
   }
   if (outcome == Outcome::kRebuild) return Rebuild(app, key, value);
   return outcome == Outcome::kChanged;
 }
 
-IndexedIni::Outcome IndexedIni::SetExisting(Line& line, const std::u16string& value) {
+IndexedIni::Outcome IndexedIni::SetExisting(Line& line, std::u16string_view value) {
   std::u16string units = line.units;
   UnitRange replaced{line.parse.content.end, line.parse.content.end};
-  std::u16string insert = value;
+  std::u16string insert(value);
   if (line.parse.hasValue) {
     if (View(line.units, line.parse.value) == value) return Outcome::kUnchanged;
     // From the value's first character to the end of the line's text; text after a NUL goes
@@ -241,9 +245,13 @@ IndexedIni::Outcome IndexedIni::SetExisting(Line& line, const std::u16string& va
 }
 
 IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
-                                         const std::u16string& value) {
+                                         std::u16string_view value) {
   Line line;
-  line.units = Units(WithoutLeadingBlanks(key));
+  const std::string_view name = WithoutLeadingBlanks(key);
+  Line& last = section.lines.back();
+  line.units.reserve(name.size() + 1 + value.size() + 2 + last.units.size() -
+                     last.parse.whole.end);
+  AppendUnitsFromAnsi(name, m_encoding, &line.units);
   if (HasLineBreak(line.units)) return Outcome::kRebuild;
   line.units += u"=";
   line.units += value;
@@ -255,7 +263,6 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
   line.parse.hasBreak = true;
 
   // After the section's last line with text, before the blank lines that follow it.
-  Line& last = section.lines.back();
   line.units += View(last.units, {last.parse.whole.end, last.units.size()});
   last.units.resize(last.parse.whole.end);
   if (!last.parse.hasBreak) {
@@ -273,15 +280,17 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
     }
   }
   const uint32_t index = static_cast<uint32_t>(section.lines.size());
-  if (!line.parse.dropped)
-    section.entries.emplace(Folded(View(line.units, line.parse.name)), index);
-  m_memory += sizeof(Line) + 64 + line.units.capacity() * 2;
+  m_memory += sizeof(Line) + 16 + line.units.capacity() * 2;
   section.lines.push_back(std::move(line));
+  if (!section.lines.back().parse.dropped) {
+    const Line& added = section.lines.back();
+    section.entries.Insert(View(added.units, added.parse.name), index, EntryNames{&section});
+  }
   return Outcome::kChanged;
 }
 
 IndexedIni::Outcome IndexedIni::AddSection(std::string_view app, std::string_view key,
-                                           const std::u16string& value) {
+                                           std::u16string_view value) {
   Line header;
   header.units = u"[" + Units(WithoutLeadingBlanks(app)) + u"]";
   Section section;
@@ -309,7 +318,7 @@ IndexedIni::Outcome IndexedIni::AddSection(std::string_view app, std::string_vie
     }
     *last += kCrLf;
   }
-  section.entries.clear();
+  section.entries = NameIndex();
   m_sections.push_back(std::move(section));
   IndexSection(static_cast<uint32_t>(m_sections.size() - 1));
   return Outcome::kChanged;

@@ -1,6 +1,6 @@
 // The editable, indexed form of a profile file: its lines held one by one, with an index of
 // the first section of each name and, per section, of the first visible entry of each name.
-// A read is a lookup in those indexes; a write changes one line or adds lines at the end of a
+// A read is a lookup in those indexes, with no allocation once the form has been used; a write changes one line or adds lines at the end of a
 // section or of the file, exactly where and as the text edits of IniEditor do, so that the
 // bytes it gives back are the bytes a write of the file would have left. Changes that alter
 // the file's structure (removals, line breaks in values) are made by those text edits on the
@@ -12,10 +12,10 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/IniDocument.h"
+#include "platform/NameIndex.h"
 #include "platform/TextEncoding.h"
 
 namespace tolvex::platform {
@@ -46,15 +46,27 @@ class IndexedIni {
   };
   struct Section {
     std::vector<Line> lines;  // the header first, except in the nameless section
-    std::unordered_map<std::u16string, uint32_t> entries;  // folded name -> first visible
+    NameIndex entries;        // name -> its first visible entry line
+  };
+  // The names at the positions of the two indexes.
+  struct EntryNames {
+    const Section* section;
+    std::u16string_view operator()(uint32_t line) const;
+  };
+  struct SectionNames {
+    const IndexedIni* ini;
+    std::u16string_view operator()(uint32_t section) const;
   };
   enum class Outcome { kChanged, kUnchanged, kRebuild };
 
   std::u16string Units(std::string_view ansi) const { return UnitsFromAnsi(ansi, m_encoding); }
-  int FindSection(const std::u16string& folded) const;
+  // The caller's name as units of this file, in a buffer reused by the next call.
+  std::u16string_view NameUnits(std::string_view ansi) const;
+  int FindSection(std::u16string_view name) const;
   // The first section called `app` trimmed of blanks (as reads and writes look it up), or -1.
   int FindTrimmedSection(const char* app) const;
-  const Line* FindEntry(const Section& section, const std::u16string& folded) const;
+  // The first visible entry called `key` trimmed of blanks in `section`, or -1.
+  int64_t FindEntry(const Section& section, const char* key) const;
   std::u16string_view NameOf(const Section& section) const;
 
   uint32_t ReadValue(const char* app, const char* key, const char* defaultText, char* buffer,
@@ -63,9 +75,9 @@ class IndexedIni {
   uint32_t ListKeyNames(const char* app, const char* defaultText, char* buffer,
                         uint32_t size) const;
 
-  Outcome SetExisting(Line& line, const std::u16string& value);
-  Outcome AddEntry(Section& section, std::string_view key, const std::u16string& value);
-  Outcome AddSection(std::string_view app, std::string_view key, const std::u16string& value);
+  Outcome SetExisting(Line& line, std::u16string_view value);
+  Outcome AddEntry(Section& section, std::string_view key, std::u16string_view value);
+  Outcome AddSection(std::string_view app, std::string_view key, std::u16string_view value);
   void IndexSection(uint32_t index);
   bool Rebuild(const char* app, const char* key, const char* value);
 
@@ -74,12 +86,13 @@ class IndexedIni {
   std::u16string m_prefix;  // blank lines before the first line with content
   std::string m_tail;       // a last odd byte of a UTF-16 file, which is no unit
   std::vector<Section> m_sections;
-  std::unordered_map<std::u16string, uint32_t> m_firstSection;  // folded name -> index
+  NameIndex m_firstSection;  // name -> its first section
   size_t m_memory = 0;
-  // The last section found by FindTrimmedSection: calls come in long runs on one section.
-  // Sections are only ever added at the end, so a section once found stays the first match.
-  mutable std::string m_lastApp;
-  mutable int m_lastSection = -1;
+  // Buffers reused from call to call, so that reads and writes need not allocate: the name
+  // looked up, a value read, and the value being written.
+  mutable std::u16string m_nameUnits;
+  mutable std::string m_valueText;
+  std::u16string m_newValue;
 };
 
 }  // namespace tolvex::platform

@@ -140,42 +140,51 @@ std::string EncodeUnits(std::u16string_view units, FileEncoding encoding) {
 
 std::u16string UnitsFromAnsi(std::string_view ansi, FileEncoding encoding) {
   std::u16string units;
+  AppendUnitsFromAnsi(ansi, encoding, &units);
+  return units;
+}
+
+void AppendUnitsFromAnsi(std::string_view ansi, FileEncoding encoding, std::u16string* out) {
+  std::u16string& units = *out;
   switch (encoding) {
     case FileEncoding::kAnsi:
-      units.resize(ansi.size());
-      for (size_t i = 0; i < ansi.size(); ++i) units[i] = static_cast<unsigned char>(ansi[i]);
+      units.reserve(units.size() + ansi.size());
+      for (char byte : ansi) units.push_back(static_cast<unsigned char>(byte));
       break;
     case FileEncoding::kUtf8: {
-      units.reserve(ansi.size());
       std::string utf8;
       for (char byte : ansi) AppendUtf8(utf8, Cp1252ToUnicode(static_cast<unsigned char>(byte)));
+      units.reserve(units.size() + utf8.size());
       for (char byte : utf8) units.push_back(static_cast<unsigned char>(byte));
       break;
     }
     case FileEncoding::kUtf16Le:
     case FileEncoding::kUtf16Be:
-      units.reserve(ansi.size());
+      units.reserve(units.size() + ansi.size());
       for (char byte : ansi) units.push_back(Cp1252ToUnicode(static_cast<unsigned char>(byte)));
       break;
   }
-  return units;
 }
 
 std::string AnsiFromUnits(std::u16string_view units, FileEncoding encoding) {
   std::string ansi;
-  if (encoding == FileEncoding::kAnsi) {
-    ansi.reserve(units.size());
-    for (char16_t unit : units) ansi.push_back(static_cast<char>(unit & 0xFF));
-    return ansi;
-  }
+  AppendAnsiFromUnits(units, encoding, &ansi);
+  return ansi;
+}
+
+void AppendAnsiFromUnits(std::u16string_view units, FileEncoding encoding, std::string* out) {
+  std::string& ansi = *out;
   std::u16string utf16;
   if (encoding == FileEncoding::kUtf8) {
     utf16 = Utf16FromUtf8Units(units);
     units = utf16;
   }
-  ansi.reserve(units.size());
-  for (char16_t unit : units) ansi.push_back(static_cast<char>(Cp1252FromUnicode(unit)));
-  return ansi;
+  ansi.reserve(ansi.size() + units.size());
+  if (encoding == FileEncoding::kAnsi) {
+    for (char16_t unit : units) ansi.push_back(static_cast<char>(unit & 0xFF));
+  } else {
+    for (char16_t unit : units) ansi.push_back(static_cast<char>(Cp1252FromUnicode(unit)));
+  }
 }
 
 }  // namespace tolvex::platform

@@ -36,13 +36,16 @@ FileText DecodeFile(std::string_view bytes);
 // The bytes of `units` in `encoding`, without a byte order mark.
 std::string EncodeUnits(std::u16string_view units, FileEncoding encoding);
 
-// The caller's code page 1252 text as units of a file in `encoding`.
+// The caller's code page 1252 text as units of a file in `encoding`, returned or appended to
+// `out` (which then allocates only when it must grow).
 std::u16string UnitsFromAnsi(std::string_view ansi, FileEncoding encoding);
+void AppendUnitsFromAnsi(std::string_view ansi, FileEncoding encoding, std::u16string* out);
 
 // Units of a file in `encoding` as code page 1252 text: ANSI files byte for byte, Unicode
 // files character by character with the best fit, '?' where there is none. Invalid UTF-8
-// reads as U+FFFD. One UTF-16 unit gives one byte.
+// reads as U+FFFD. One UTF-16 unit gives one byte. Returned or appended to `out`.
 std::string AnsiFromUnits(std::u16string_view units, FileEncoding encoding);
+void AppendAnsiFromUnits(std::u16string_view units, FileEncoding encoding, std::string* out);
 
 }  // namespace tolvex::platform
 

@@ -17,11 +17,24 @@ constexpr const char kMissing[] = "default";
 
 }  // namespace
 
+CString IntegerText(int value) {
+  // Written out rather than through std::to_chars, whose digit table would be a unique
+  // symbol that keeps the library from unloading.
+  char digits[12];
+  char* const end = digits + sizeof digits;
+  char* at = end;
+  unsigned magnitude = value < 0 ? 0u - static_cast<unsigned>(value) : static_cast<unsigned>(value);
+  do {
+    *--at = static_cast<char>('0' + magnitude % 10);
+    magnitude /= 10;
+  } while (magnitude != 0);
+  if (value < 0) *--at = '-';
+  return CString(at, static_cast<int>(end - at));
+}
+
 CString EncodeValue(Encoding encoding, int value) {
   if (encoding == Encoding::Flag) return CString(value != 0 ? "TRUE" : "FALSE");
-  CString text;
-  text.Format("%d", value);
-  return text;
+  return IntegerText(value);
 }
 
 CString EncodeValue(Encoding encoding, unsigned int value) {
@@ -55,26 +68,25 @@ CString KeyName(const char* pattern, const CString& fill) {
   return name;
 }
 
-KeyTarget::KeyTarget(State state, CString file, CString section, CString fill)
-    : m_state(state), m_file(std::move(file)), m_section(std::move(section)),
-      m_fill(std::move(fill)) {}
+KeyTarget::KeyTarget(State state, const CString* file, CString section, CString fill)
+    : m_state(state), m_file(file), m_section(std::move(section)), m_fill(std::move(fill)) {}
 
 KeyTarget KeyTarget::In(const CString& file, CString section, CString fill) {
-  return KeyTarget(State::Ready, file, std::move(section), std::move(fill));
+  return KeyTarget(State::Ready, &file, std::move(section), std::move(fill));
 }
 
-KeyTarget KeyTarget::Unusable() { return KeyTarget(State::Unusable, {}, {}, {}); }
-KeyTarget KeyTarget::Inert() { return KeyTarget(State::Inert, {}, {}, {}); }
+KeyTarget KeyTarget::Unusable() { return KeyTarget(State::Unusable, nullptr, {}, {}); }
+KeyTarget KeyTarget::Inert() { return KeyTarget(State::Inert, nullptr, {}, {}); }
 
 bool KeyTarget::WriteKey(const char* pattern, const CString& value) const {
   const CString key = KeyName(pattern, m_fill);
-  return WritePrivateProfileStringA(m_section, key, value, m_file) != 0;
+  return WritePrivateProfileStringA(m_section, key, value, *m_file) != 0;
 }
 
 bool KeyTarget::ReadKey(const char* pattern, DWORD readBuffer, char* text) const {
   const CString key = KeyName(pattern, m_fill);
   text[0] = '\0';
-  GetPrivateProfileStringA(m_section, key, kMissing, text, readBuffer, m_file);
+  GetPrivateProfileStringA(m_section, key, kMissing, text, readBuffer, *m_file);
   return std::strcmp(text, kMissing) != 0;
 }
 

@@ -45,11 +45,15 @@ void DecodeValue(Encoding encoding, const char* text, int* value);
 void DecodeValue(Encoding encoding, const char* text, unsigned int* value);
 void DecodeValue(Encoding encoding, const char* text, CString* value);
 
+// `value` as "%d" prints it.
+CString IntegerText(int value);
+
 // `pattern` with its placeholder replaced by `fill`.
 CString KeyName(const char* pattern, const CString& fill);
 
 // Where a family's keys live for one call: the template file, the section, and the text that
-// fills the key patterns' placeholder. A target can also be unusable (the call fails with 0
+// fills the key patterns' placeholder. A target refers to the caller's file name, so it lives
+// no longer than the call that made it. A target can also be unusable (the call fails with 0
 // and touches nothing) or inert (the call succeeds with 1 and touches nothing).
 class KeyTarget {
  public:
@@ -101,7 +105,7 @@ class KeyTarget {
  private:
   enum class State { Ready, Unusable, Inert };
 
-  KeyTarget(State state, CString file, CString section, CString fill);
+  KeyTarget(State state, const CString* file, CString section, CString fill);
 
   bool WriteKey(const char* pattern, const CString& value) const;
   // The sentinel read of one key into `text` (a buffer of at least kLongRead bytes);
@@ -137,7 +141,7 @@ class KeyTarget {
   }
 
   State m_state;
-  CString m_file;
+  const CString* m_file;
   CString m_section;
   CString m_fill;
 };
