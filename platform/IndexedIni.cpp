@@ -18,7 +18,9 @@ std::u16string_view View(const std::u16string& units, UnitRange range) {
 }
 
 bool HasLineBreak(std::u16string_view units) {
-  return units.find_first_of(u"\r\n") != std::u16string_view::npos;
+  for (char16_t unit : units)
+    if (unit == '\r' || unit == '\n') return true;
+  return false;
 }
 
 std::string_view WithoutLeadingBlanks(std::string_view text) {
@@ -115,29 +117,29 @@ int64_t IndexedIni::FindEntry(const Section& section, const char* key) const {
 }
 
 std::string IndexedIni::Bytes() const {
-  const size_t unitBytes =
-      m_encoding == FileEncoding::kUtf16Le || m_encoding == FileEncoding::kUtf16Be ? 2 : 1;
-  size_t total = m_mark.size() + m_prefix.size() * unitBytes + m_tail.size();
+  const bool wide = m_encoding == FileEncoding::kUtf16Le || m_encoding == FileEncoding::kUtf16Be;
+  const bool little = m_encoding == FileEncoding::kUtf16Le;
+  size_t unitCount = m_prefix.size();
   for (const Section& section : m_sections)
-    for (const Line& line : section.lines) total += line.units.size() * unitBytes;
-  std::string out;
-  out.reserve(total);
-  out += m_mark;
-  out += EncodeUnits(m_prefix, m_encoding);
-  for (const Section& section : m_sections) {
-    for (const Line& line : section.lines) {
-      if (unitBytes == 1) {
-        // Units of one-byte encodings are bytes: copied straight, the common case.
-        size_t at = out.size();
-        out.resize(at + line.units.size());
-        char* to = out.data() + at;
-        for (char16_t unit : line.units) *to++ = static_cast<char>(unit & 0xFF);
-      } else {
-        out += EncodeUnits(line.units, m_encoding);
-      }
+    for (const Line& line : section.lines) unitCount += line.units.size();
+  std::string out(m_mark.size() + unitCount * (wide ? 2 : 1) + m_tail.size(), '\0');
+  char* to = std::copy(m_mark.begin(), m_mark.end(), out.data());
+  // Units of one-byte encodings are bytes; UTF-16 units are written in the file's byte order.
+  auto put = [&](std::u16string_view units) {
+    if (!wide) {
+      for (char16_t unit : units) *to++ = static_cast<char>(unit & 0xFF);
+      return;
     }
-  }
-  out += m_tail;
+    for (char16_t unit : units) {
+      const char low = static_cast<char>(unit & 0xFF), high = static_cast<char>(unit >> 8);
+      *to++ = little ? low : high;
+      *to++ = little ? high : low;
+    }
+  };
+  put(m_prefix);
+  for (const Section& section : m_sections)
+    for (const Line& line : section.lines) put(line.units);
+  std::copy(m_tail.begin(), m_tail.end(), to);
   return out;
 }
 

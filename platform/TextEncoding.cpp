@@ -147,10 +147,13 @@ std::u16string UnitsFromAnsi(std::string_view ansi, FileEncoding encoding) {
 void AppendUnitsFromAnsi(std::string_view ansi, FileEncoding encoding, std::u16string* out) {
   std::u16string& units = *out;
   switch (encoding) {
-    case FileEncoding::kAnsi:
-      units.reserve(units.size() + ansi.size());
-      for (char byte : ansi) units.push_back(static_cast<unsigned char>(byte));
+    case FileEncoding::kAnsi: {
+      const size_t at = units.size();
+      units.resize(at + ansi.size());
+      char16_t* to = units.data() + at;
+      for (char byte : ansi) *to++ = static_cast<unsigned char>(byte);
       break;
+    }
     case FileEncoding::kUtf8: {
       std::string utf8;
       for (char byte : ansi) AppendUtf8(utf8, Cp1252ToUnicode(static_cast<unsigned char>(byte)));

@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <string>
 #include <utility>
 
 namespace tolvex {
@@ -59,12 +60,15 @@ void DecodeValue(Encoding encoding, const char* text, unsigned int* value) {
 
 void DecodeValue(Encoding /*encoding*/, const char* text, CString* value) { *value = text; }
 
-CString KeyName(const char* pattern, const CString& fill) {
+std::string KeyName(const char* pattern, const CString& fill) {
   const char* placeholder = std::strchr(pattern, '%');
-  if (placeholder == nullptr || placeholder[1] == '\0') return CString(pattern);
-  CString name(pattern, static_cast<int>(placeholder - pattern));
-  name += fill;
-  name += placeholder + 2;
+  if (placeholder == nullptr || placeholder[1] == '\0') return pattern;
+  const char* rest = placeholder + 2;
+  std::string name;
+  name.reserve(static_cast<size_t>(placeholder - pattern) + fill.GetLength() + std::strlen(rest));
+  name.append(pattern, placeholder);
+  name.append(fill.GetString(), fill.GetLength());
+  name.append(rest);
   return name;
 }
 
@@ -79,14 +83,14 @@ KeyTarget KeyTarget::Unusable() { return KeyTarget(State::Unusable, nullptr, {},
 KeyTarget KeyTarget::Inert() { return KeyTarget(State::Inert, nullptr, {}, {}); }
 
 bool KeyTarget::WriteKey(const char* pattern, const CString& value) const {
-  const CString key = KeyName(pattern, m_fill);
-  return WritePrivateProfileStringA(m_section, key, value, *m_file) != 0;
+  const std::string key = KeyName(pattern, m_fill);
+  return WritePrivateProfileStringA(m_section, key.c_str(), value, *m_file) != 0;
 }
 
 bool KeyTarget::ReadKey(const char* pattern, DWORD readBuffer, char* text) const {
-  const CString key = KeyName(pattern, m_fill);
+  const std::string key = KeyName(pattern, m_fill);
   text[0] = '\0';
-  GetPrivateProfileStringA(m_section, key, kMissing, text, readBuffer, *m_file);
+  GetPrivateProfileStringA(m_section, key.c_str(), kMissing, text, readBuffer, *m_file);
   return std::strcmp(text, kMissing) != 0;
 }
 

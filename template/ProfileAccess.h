@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cstddef>
+#include <string>
 #include <tuple>
 #include <utility>
 
@@ -49,7 +50,7 @@ void DecodeValue(Encoding encoding, const char* text, CString* value);
 CString IntegerText(int value);
 
 // `pattern` with its placeholder replaced by `fill`.
-CString KeyName(const char* pattern, const CString& fill);
+std::string KeyName(const char* pattern, const CString& fill);
 
 // Where a family's keys live for one call: the template file, the section, and the text that
 // fills the key patterns' placeholder. A target refers to the caller's file name, so it lives
