@@ -109,7 +109,15 @@ int IndexedIni::FindSection(std::u16string_view name) const {
 }
 
 int IndexedIni::FindTrimmedSection(const char* app) const {
-  return FindSection(NameUnits(TrimBlanks(app)));
+  for (const RecentSection& recent : m_recent)
+    if (recent.index >= 0 && recent.app == app) return recent.index;
+  const int found = FindSection(NameUnits(TrimBlanks(app)));
+  if (found >= 0) {
+    std::swap(m_recent[0], m_recent[1]);
+    m_recent[0].app = app;
+    m_recent[0].index = found;
+  }
+  return found;
 }
 
 int64_t IndexedIni::FindEntry(const Section& section, const char* key) const {

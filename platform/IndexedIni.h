@@ -8,6 +8,7 @@
 #ifndef TOLVEX_PLATFORM_INDEXEDINI_H
 #define TOLVEX_PLATFORM_INDEXEDINI_H
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -93,6 +94,14 @@ class IndexedIni {
   mutable std::u16string m_nameUnits;
   mutable std::string m_valueText;
   std::u16string m_newValue;
+  // The last two sections found by FindTrimmedSection, the latest first: calls alternate
+  // between a few sections in long runs. Sections are only ever added at the end, so a section
+  // once found stays the first of its name.
+  struct RecentSection {
+    std::string app;
+    int index = -1;
+  };
+  mutable std::array<RecentSection, 2> m_recent;
 };
 
 }  // namespace tolvex::platform
