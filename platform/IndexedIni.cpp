@@ -94,6 +94,12 @@ void IndexedIni::IndexSection(uint32_t index) {
 }
 
 std::u16string_view IndexedIni::NameUnits(std::string_view ansi) const {
+  if (m_encoding == FileEncoding::kAnsi && ansi.size() <= m_shortName.size()) {
+    // The common case, without the bookkeeping of a string: ANSI units are the bytes.
+    char16_t* to = m_shortName.data();
+    for (char byte : ansi) *to++ = static_cast<unsigned char>(byte);
+    return std::u16string_view(m_shortName.data(), ansi.size());
+  }
   m_nameUnits.clear();
   AppendUnitsFromAnsi(ansi, m_encoding, &m_nameUnits);
   return m_nameUnits;

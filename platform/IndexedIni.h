@@ -91,6 +91,7 @@ class IndexedIni {
   size_t m_memory = 0;
   // Buffers reused from call to call, so that reads and writes need not allocate: the name
   // looked up, a value read, and the value being written.
+  mutable std::array<char16_t, 128> m_shortName;  // names of ANSI files that fit
   mutable std::u16string m_nameUnits;
   mutable std::string m_valueText;
   std::u16string m_newValue;
