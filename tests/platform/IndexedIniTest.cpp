@@ -16,16 +16,19 @@
 namespace tolvex::platform {
 namespace {
 
-const char* const kNames[] = {"s", "S", " s ", "", "k", "K2", "[x", "a]b", "=", ";c", "a=b",
-                              "\x1a", "x\r\ny", "b  c", "\xC9"};
+// "@" and "`", "[x" and "{x" differ in the bit that case folding ignores.
+const char* const kNames[] = {"s", "S", " s ", "", "k", "K2", "[x", "{x", "a]b", "=", ";c", "a=b",
+                              "\x1a", "x\r\ny", "b  c", "\xC9", "@", "`", "LongerName12"};
 const char* const kValues[] = {"1", "", "  v ", "\"q\"", "]", "x]", "a\nb", "[t]", "\xE9", "=="};
 const char* const kLines[] = {"[s]", "[S]", "k=1", "K=2", "=e", "=f", "[]", "valueless", "[x",
                               "  k2 = v ", ";c=3", "", "   ", "[a]b]", "x="};
 const char* const kBreaks[] = {"\r\n", "\n", "\r", "\n\r", "\r\n\r\n", ""};
-const char* const kMarks[] = {"", "", "\xEF\xBB\xBF"};
+const char* const kMarks[] = {"", "", "\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF"};
 
+// A file of random lines; after a UTF-16 mark, each byte of the lines is one unit.
 std::string RandomFile(std::mt19937& random) {
-  std::string text = kMarks[random() % 3];
+  const std::string mark = kMarks[random() % std::size(kMarks)];
+  std::string text;
   const int lines = static_cast<int>(random() % 10);
   for (int i = 0; i < lines; ++i) {
     const char* line = kLines[random() % std::size(kLines)];
@@ -33,7 +36,15 @@ std::string RandomFile(std::mt19937& random) {
     if (std::string_view(line) == "x=") text.append("\0y", 2);
     text += kBreaks[random() % std::size(kBreaks)];
   }
-  return text;
+  if (mark == "\xFF\xFE" || mark == "\xFE\xFF") {
+    std::string wide;
+    for (char byte : text) {
+      wide.push_back(mark[0] == '\xFF' ? byte : '\0');
+      wide.push_back(mark[0] == '\xFF' ? '\0' : byte);
+    }
+    text = wide;
+  }
+  return mark + text;
 }
 
 std::string Result(uint32_t length, const char* buffer) {
