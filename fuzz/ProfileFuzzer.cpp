@@ -3,7 +3,9 @@
 // some of them with a failing OS primitive. Checked after every call: reads stay inside the
 // buffer and end in a NUL; a failed write leaves the file byte for byte; a successful one gives
 // exactly the bytes the in-memory editor computes, changes one line (or adds lines at one
-// place), reads back the value written and leaves every other value reading as before.
+// place), reads back the value written and leaves every other value reading as before. The
+// same calls are then made again from the same file inside an edit, leaving out the writes that
+// failed: every read in the edit must give what it gave outside, and the commit the same bytes.
 //
 // Input: one byte (bit 7: the file is missing, bits 0-3: the number of calls), the calls, then
 // the file's bytes. A call is one byte (bit 0: write), then for a read the section, key and
@@ -15,6 +17,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "fuzz/FuzzInput.h"
@@ -66,17 +69,19 @@ Text CText(FuzzInput& input) {
 
 uint32_t BufferSize(uint8_t code) { return code < 200 ? code : 200 + (code - 200) * 40u; }
 
-void CheckedRead(const Text& app, const Text& key, const Text& def, uint32_t size) {
+// A read's length and text, as the caller sees them.
+std::string CheckedRead(const Text& app, const Text& key, const Text& def, uint32_t size) {
   // Exactly `size` bytes, so that AddressSanitizer sees any write past the end.
   std::unique_ptr<char[]> buffer(new char[size]);
   DWORD length = GetPrivateProfileStringA(Ptr(app), Ptr(key), Ptr(def), buffer.get(), size,
                                           FilePath().c_str());
   if (size == 0) {
     Check(length == 0, "a read of size 0 returned text");
-    return;
+    return {};
   }
   Check(length < size, "a read returned more than the buffer holds");
   Check(buffer[length] == '\0', "a read's text does not end in NUL");
+  return std::to_string(length) + ":" + std::string(buffer.get(), length);
 }
 
 // What the in-memory parser and editor say the file must hold after the write.
@@ -190,7 +195,8 @@ void PlanFault(uint8_t fault) {
                         kErrors[fault >> 6]);
 }
 
-void CheckedWrite(FileState& state, const Text& app, const Text& key, const Text& value,
+// Whether the write succeeded.
+bool CheckedWrite(FileState& state, const Text& app, const Text& key, const Text& value,
                   uint8_t fault) {
   const FileState expected = ExpectedAfterWrite(state, app, key, value);
   PlanFault(fault);
@@ -200,7 +206,7 @@ void CheckedWrite(FileState& state, const Text& app, const Text& key, const Text
   if (!ok) {
     Check(actual == state, "a failed write changed the file");
     Check((fault & 1) || (!app && (key || value)), "a write failed with nothing to make it fail");
-    return;
+    return false;
   }
   Check(actual == expected, "a write left other bytes than the editor computed");
   if (state.exists && key && actual.bytes != state.bytes)
@@ -212,6 +218,7 @@ void CheckedWrite(FileState& state, const Text& app, const Text& key, const Text
     CheckOtherValuesKept(state, actual, *app, *key);
   }
   state = actual;
+  return true;
 }
 
 }  // namespace
@@ -239,13 +246,35 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   FileState state;
   state.exists = (head & 0x80) == 0;
   if (state.exists) state.bytes = input.Rest();
+  const FileState initial = state;
   Store(state);
+  std::vector<std::string> outcomes;  // per call: a read's result, or whether a write worked
   for (const Call& call : calls) {
     if (call.write) {
-      CheckedWrite(state, call.app, call.key, call.third, call.last);
+      const bool ok = CheckedWrite(state, call.app, call.key, call.third, call.last);
+      outcomes.push_back(ok ? "ok" : "");
     } else {
-      CheckedRead(call.app, call.key, call.third, BufferSize(call.last));
+      outcomes.push_back(CheckedRead(call.app, call.key, call.third, BufferSize(call.last)));
     }
   }
+
+  Store(initial);
+  TolvexProfileEdit* edit = TolvexBeginProfileEdit(FilePath().c_str());
+  Check(edit != nullptr, "an edit could not begin");
+  for (size_t i = 0; i < calls.size(); ++i) {
+    const Call& call = calls[i];
+    if (!call.write) {
+      Check(CheckedRead(call.app, call.key, call.third, BufferSize(call.last)) == outcomes[i],
+            "a read in an edit differs from the same read outside");
+    } else if (!outcomes[i].empty()) {
+      Check(WritePrivateProfileStringA(Ptr(call.app), Ptr(call.key), Ptr(call.third),
+                                       FilePath().c_str()) != FALSE,
+            "a write in an edit failed");
+    }
+  }
+  Check(Load() == initial, "an edit changed the file before its commit");
+  Check(TolvexCommitProfileEdit(edit) != FALSE, "a commit failed");
+  TolvexEndProfileEdit(edit);
+  Check(Load() == state, "a committed edit left other bytes than the same writes one by one");
   return 0;
 }
