@@ -1,10 +1,11 @@
 // The editable, indexed form of a profile file: its lines held one by one, with an index of
 // the first section of each name and, per section, of the first visible entry of each name.
-// A read is a lookup in those indexes, with no allocation once the form has been used; a write changes one line or adds lines at the end of a
-// section or of the file, exactly where and as the text edits of IniEditor do, so that the
-// bytes it gives back are the bytes a write of the file would have left. Changes that alter
-// the file's structure (removals, line breaks in values) are made by those text edits on the
-// whole text, which is then indexed again. A plain value; used by one thread at a time.
+// A value read is a lookup in those indexes, which allocates nothing once the form has been
+// used; a write changes one line or adds lines at the end of a section or of the file, exactly
+// where and as the text edits of IniEditor do, so that the bytes it gives back are the bytes a
+// write of the file would have left. Changes that alter the file's structure (removals, line
+// breaks in values) are made by those text edits on the whole text, which is then indexed
+// again. A plain value; used by one thread at a time, reads included (they reuse its buffers).
 #ifndef TOLVEX_PLATFORM_INDEXEDINI_H
 #define TOLVEX_PLATFORM_INDEXEDINI_H
 

@@ -1,7 +1,7 @@
 // GetPrivateProfileStringA, WritePrivateProfileStringA and CopyFileA for systems without
 // Win32: a thin facade that collapses the Status of the layer below to the Win32 results.
-// Nothing escapes: an allocation failure becomes a failed call (for a read, an empty result). Thread-safe as the layer
-// below is.
+// Nothing escapes: an allocation failure becomes a failed call (for a read, an empty result).
+// Thread-safe as the layer below is.
 #include <tolvex/Profile.h>
 
 #include <memory>
