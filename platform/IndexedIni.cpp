@@ -131,30 +131,63 @@ int64_t IndexedIni::FindEntry(const Section& section, const char* key) const {
 }
 
 std::string IndexedIni::Bytes() const {
+  std::string out;
+  WriteBytes([&](std::string_view piece) {
+    out += piece;
+    return Status::Ok();
+  });
+  return out;
+}
+
+Status IndexedIni::WriteBytes(const ByteSink& write) const {
   const bool wide = m_encoding == FileEncoding::kUtf16Le || m_encoding == FileEncoding::kUtf16Be;
   const bool little = m_encoding == FileEncoding::kUtf16Le;
-  size_t unitCount = m_prefix.size();
-  for (const Section& section : m_sections)
-    for (const Line& line : section.lines) unitCount += line.units.size();
-  std::string out(m_mark.size() + unitCount * (wide ? 2 : 1) + m_tail.size(), '\0');
-  char* to = std::copy(m_mark.begin(), m_mark.end(), out.data());
-  // Units of one-byte encodings are bytes; UTF-16 units are written in the file's byte order.
-  auto put = [&](std::u16string_view units) {
-    if (!wide) {
-      for (char16_t unit : units) *to++ = static_cast<char>(unit & 0xFF);
-      return;
-    }
-    for (char16_t unit : units) {
-      const char low = static_cast<char>(unit & 0xFF), high = static_cast<char>(unit >> 8);
-      *to++ = little ? low : high;
-      *to++ = little ? high : low;
+  const size_t unitBytes = wide ? 2 : 1;
+  // One buffer, filled and handed on: the file is never held whole.
+  std::string buffer(kPieceBytes, '\0');
+  char* const start = buffer.data();
+  char* const end = start + buffer.size();
+  char* to = start;
+  Status status = Status::Ok();
+  auto flush = [&] {
+    if (to != start && status.ok()) status = write(std::string_view(start, to - start));
+    to = start;
+  };
+  auto putBytes = [&](std::string_view bytes) {
+    for (char byte : bytes) {
+      if (to == end) flush();
+      *to++ = byte;
     }
   };
-  put(m_prefix);
+  // Units of one-byte encodings are bytes; UTF-16 units go in the file's byte order.
+  auto putUnits = [&](std::u16string_view units) {
+    while (!units.empty() && status.ok()) {
+      const size_t room = static_cast<size_t>(end - to) / unitBytes;
+      if (room == 0) {
+        flush();
+        continue;
+      }
+      const size_t count = std::min(room, units.size());
+      if (!wide) {
+        for (size_t i = 0; i < count; ++i) *to++ = static_cast<char>(units[i] & 0xFF);
+      } else {
+        for (size_t i = 0; i < count; ++i) {
+          const char low = static_cast<char>(units[i] & 0xFF);
+          const char high = static_cast<char>(units[i] >> 8);
+          *to++ = little ? low : high;
+          *to++ = little ? high : low;
+        }
+      }
+      units.remove_prefix(count);
+    }
+  };
+  putBytes(m_mark);
+  putUnits(m_prefix);
   for (const Section& section : m_sections)
-    for (const Line& line : section.lines) put(line.units);
-  std::copy(m_tail.begin(), m_tail.end(), to);
-  return out;
+    for (const Line& line : section.lines) putUnits(line.units);
+  putBytes(m_tail);
+  flush();
+  return status;
 }
 
 uint32_t IndexedIni::Read(const char* app, const char* key, const char* defaultText,

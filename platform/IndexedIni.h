@@ -18,6 +18,7 @@
 
 #include "platform/IniDocument.h"
 #include "platform/NameIndex.h"
+#include "platform/Status.h"
 #include "platform/TextEncoding.h"
 
 namespace tolvex::platform {
@@ -26,8 +27,11 @@ class IndexedIni {
  public:
   explicit IndexedIni(std::string_view bytes = {});
 
-  // The file's bytes as they now are.
+  // The file's bytes as they now are: whole, or handed to `write` in pieces of at most
+  // kPieceBytes (stopping at its first failure, which is returned).
   std::string Bytes() const;
+  Status WriteBytes(const ByteSink& write) const;
+  static constexpr size_t kPieceBytes = 64 << 10;
   // About how many bytes of memory the form takes, for bounding caches.
   size_t MemoryUse() const { return m_memory; }
 

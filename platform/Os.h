@@ -6,6 +6,7 @@
 #define TOLVEX_PLATFORM_OS_H
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -56,6 +57,13 @@ Status CheckReplaceable(const std::string& target, bool* exists);
 // bytes or the new, never a mix. An existing file keeps its mode bits and, where permitted,
 // its owner and group. The caller holds the FolderLock of `target`.
 Status ReplaceFile(const std::string& target, std::string_view bytes);
+
+// Content produced piece by piece into a ByteSink, so that it need not be held whole; it
+// returns the first failure of the sink, or its own.
+using ContentSource = std::function<Status(const ByteSink& write)>;
+
+// As ReplaceFile, with the new content written by `content` as it produces it.
+Status ReplaceFileFrom(const std::string& target, const ContentSource& content);
 
 // Copies `source` to `target` (atomically, under the target's FolderLock); the copy takes the
 // source's mode bits. Fails with kAlreadyExists when `failIfExists` and the target exists, and

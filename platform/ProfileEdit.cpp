@@ -128,7 +128,11 @@ Status ProfileEdit::Commit() {
     // Checked again: the file or its folder may have become read-only since the edit began.
     bool exists = false;
     status = os::CheckReplaceable(session.target, &exists);
-    if (status.ok()) status = os::ReplaceFile(session.target, session.staged->Bytes());
+    if (status.ok()) {
+      const StagedProfile& staged = *session.staged;
+      status = os::ReplaceFileFrom(session.target,
+                                   [&](const ByteSink& write) { return staged.WriteBytes(write); });
+    }
   }
   Close(session);
   return status;

@@ -18,7 +18,8 @@ class StagedProfile {
 
   // Whether a write changed the copy, so that the commit must write it.
   bool changed() const { return m_changed; }
-  std::string Bytes() const { return m_ini.Bytes(); }
+  // Its bytes, in pieces.
+  Status WriteBytes(const ByteSink& write) const { return m_ini.WriteBytes(write); }
 
   // GetPrivateProfileStringA on the copy.
   uint32_t Read(const char* app, const char* key, const char* defaultText, char* buffer,

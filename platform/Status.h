@@ -4,7 +4,9 @@
 #ifndef TOLVEX_PLATFORM_STATUS_H
 #define TOLVEX_PLATFORM_STATUS_H
 
+#include <functional>
 #include <string>
+#include <string_view>
 
 namespace tolvex::platform {
 
@@ -37,6 +39,10 @@ class Status {
   StatusCode m_code = StatusCode::kOk;
   int m_sysError = 0;
 };
+
+// Where content is written piece by piece: each call takes the next piece, and a failure ends
+// the writing with its Status.
+using ByteSink = std::function<Status(std::string_view piece)>;
 
 // A short English description of `status`, for tests and debugging.
 std::string StatusText(const Status& status);

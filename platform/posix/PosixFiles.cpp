@@ -190,6 +190,10 @@ Status ReplaceFile(const std::string& target, std::string_view bytes) {
   return posix::ReplaceAtomically(target, bytes, nullptr);
 }
 
+Status ReplaceFileFrom(const std::string& target, const ContentSource& content) {
+  return posix::ReplaceAtomically(target, content, nullptr);
+}
+
 Status CopyFile(const std::string& source, const std::string& target, bool failIfExists) {
   if (source.empty() || target.empty()) return StatusFromErrno(EINVAL);
   std::string bytes;

@@ -207,6 +207,12 @@ class FolderHandle {
 }  // namespace
 
 Status ReplaceAtomically(const std::string& target, std::string_view bytes, const mode_t* mode) {
+  return ReplaceAtomically(
+      target, [bytes](const ByteSink& write) { return write(bytes); }, mode);
+}
+
+Status ReplaceAtomically(const std::string& target, const os::ContentSource& content,
+                         const mode_t* mode) {
   struct stat old;
   bool existed = ::stat(target.c_str(), &old) == 0 && S_ISREG(old.st_mode);
 
@@ -221,7 +227,7 @@ Status ReplaceAtomically(const std::string& target, std::string_view bytes, cons
   if (!status.ok()) return status;
   ApplyAttributes(pending.fd(), existed ? &old : nullptr, mode);
 
-  status = WriteAll(pending.fd(), bytes);
+  status = content([&](std::string_view piece) { return WriteAll(pending.fd(), piece); });
   if (!status.ok()) return status;
   if (sys::Fsync(pending.fd()) != 0) return StatusFromErrno(errno);
   status = pending.Name();

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Os.h"
 #include "platform/Status.h"
 
 namespace tolvex::platform::posix {
@@ -15,6 +16,9 @@ namespace tolvex::platform::posix {
 // existing file's mode, owner and group, or for a new file the default mode (0666 less the
 // umask).
 Status ReplaceAtomically(const std::string& target, std::string_view bytes, const mode_t* mode);
+// The same with the content written as `content` produces it.
+Status ReplaceAtomically(const std::string& target, const os::ContentSource& content,
+                         const mode_t* mode);
 
 }  // namespace tolvex::platform::posix
 

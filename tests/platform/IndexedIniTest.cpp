@@ -85,5 +85,49 @@ TEST(IndexedIniEdit, RandomCallsGiveTheBytesAndReadsOfTheTextEdits) {
   }
 }
 
+// Files larger than a piece, with a line longer than one, in both widths: the pieces join to the
+// file's bytes, and the first failure of the sink ends the writing.
+TEST(IndexedIniEdit, BytesInPiecesJoinToTheFileAndStopAtAFailure) {
+  const std::string longValue(IndexedIni::kPieceBytes + 7, 'v');
+  for (const std::string mark : {"", "\xFF\xFE"}) {
+    IndexedIni indexed(mark);
+    std::string text = "[s]\r\n";
+    for (int i = 0; i < 9000; ++i) {
+      const std::string key = "key" + std::to_string(i);
+      const char* value = i == 4000 ? longValue.c_str() : "x";
+      indexed.Write("s", key.c_str(), value);
+      text += key + "=" + value + "\r\n";
+    }
+    std::string expected = mark;
+    for (char byte : text) {
+      expected.push_back(byte);
+      if (!mark.empty()) expected.push_back('\0');
+    }
+    const std::string whole = indexed.Bytes();
+    ASSERT_EQ(whole, expected);
+    ASSERT_GT(whole.size(), 2 * IndexedIni::kPieceBytes);
+    std::string joined;
+    int pieces = 0;
+    ASSERT_TRUE(indexed
+                    .WriteBytes([&](std::string_view piece) {
+                      EXPECT_LE(piece.size(), IndexedIni::kPieceBytes);
+                      joined += piece;
+                      ++pieces;
+                      return Status::Ok();
+                    })
+                    .ok());
+    EXPECT_EQ(joined, whole);
+
+    int calls = 0;
+    const Status failed = indexed.WriteBytes([&](std::string_view) {
+      ++calls;
+      return calls == 2 ? Status::Error(StatusCode::kNoSpace) : Status::Ok();
+    });
+    EXPECT_EQ(failed.code(), StatusCode::kNoSpace);
+    EXPECT_EQ(calls, 2);
+    EXPECT_GT(pieces, 2);
+  }
+}
+
 }  // namespace
 }  // namespace tolvex::platform
