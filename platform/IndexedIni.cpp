@@ -343,6 +343,8 @@ IndexedIni::Outcome IndexedIni::AddSection(std::string_view app, std::string_vie
   Line header;
   header.units = u"[" + Units(WithoutLeadingBlanks(app)) + u"]";
   Section section;
+  // A section made here is being filled by a run of writes: room for them saves regrowing.
+  section.lines.reserve(32);
   if (HasLineBreak(header.units)) return Outcome::kRebuild;
   header.breakAt = header.units.size();
   header.units += kCrLf;

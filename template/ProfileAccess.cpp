@@ -4,9 +4,11 @@
 
 #include <tolvex/Profile.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace tolvex {
@@ -60,16 +62,23 @@ void DecodeValue(Encoding encoding, const char* text, unsigned int* value) {
 
 void DecodeValue(Encoding /*encoding*/, const char* text, CString* value) { *value = text; }
 
-std::string KeyName(const char* pattern, const CString& fill) {
+KeyName::KeyName(const char* pattern, const CString& fill) {
   const char* placeholder = std::strchr(pattern, '%');
-  if (placeholder == nullptr || placeholder[1] == '\0') return pattern;
-  const char* rest = placeholder + 2;
-  std::string name;
-  name.reserve(static_cast<size_t>(placeholder - pattern) + fill.GetLength() + std::strlen(rest));
-  name.append(pattern, placeholder);
-  name.append(fill.GetString(), fill.GetLength());
-  name.append(rest);
-  return name;
+  const bool filled = placeholder != nullptr && placeholder[1] != '\0';
+  const std::string_view head(
+      pattern, filled ? static_cast<size_t>(placeholder - pattern) : std::strlen(pattern));
+  const std::string_view middle = filled ? std::string_view(fill.GetString(), fill.GetLength())
+                                         : std::string_view();
+  const std::string_view tail = filled ? std::string_view(placeholder + 2) : std::string_view();
+  if (head.size() + middle.size() + tail.size() < sizeof m_short) {
+    char* to = m_short;
+    for (std::string_view part : {head, middle, tail}) to = std::copy(part.begin(), part.end(), to);
+    *to = '\0';
+    m_text = m_short;
+  } else {
+    m_long.append(head).append(middle).append(tail);
+    m_text = m_long.c_str();
+  }
 }
 
 KeyTarget::KeyTarget(State state, const CString* file, CString section, CString fill)
@@ -83,12 +92,12 @@ KeyTarget KeyTarget::Unusable() { return KeyTarget(State::Unusable, nullptr, {},
 KeyTarget KeyTarget::Inert() { return KeyTarget(State::Inert, nullptr, {}, {}); }
 
 bool KeyTarget::WriteKey(const char* pattern, const CString& value) const {
-  const std::string key = KeyName(pattern, m_fill);
+  const KeyName key(pattern, m_fill);
   return WritePrivateProfileStringA(m_section, key.c_str(), value, *m_file) != 0;
 }
 
 bool KeyTarget::ReadKey(const char* pattern, DWORD readBuffer, char* text) const {
-  const std::string key = KeyName(pattern, m_fill);
+  const KeyName key(pattern, m_fill);
   text[0] = '\0';
   GetPrivateProfileStringA(m_section, key.c_str(), kMissing, text, readBuffer, *m_file);
   return std::strcmp(text, kMissing) != 0;

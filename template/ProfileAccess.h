@@ -49,8 +49,20 @@ void DecodeValue(Encoding encoding, const char* text, CString* value);
 // `value` as "%d" prints it.
 CString IntegerText(int value);
 
-// `pattern` with its placeholder replaced by `fill`.
-std::string KeyName(const char* pattern, const CString& fill);
+// A key's name: `pattern` with its placeholder replaced by `fill`. Built in place, so that the
+// names of the accessors' keys need no allocation; a longer one goes to the heap.
+class KeyName {
+ public:
+  KeyName(const char* pattern, const CString& fill);
+  KeyName(const KeyName&) = delete;
+  KeyName& operator=(const KeyName&) = delete;
+  const char* c_str() const { return m_text; }
+
+ private:
+  char m_short[64];
+  std::string m_long;
+  const char* m_text;
+};
 
 // Where a family's keys live for one call: the template file, the section, and the text that
 // fills the key patterns' placeholder. A target refers to the caller's file name, so it lives
