@@ -115,8 +115,9 @@ int IndexedIni::FindSection(std::u16string_view name) const {
 }
 
 int IndexedIni::FindTrimmedSection(const char* app) const {
+  const std::string_view name(app);
   for (const RecentSection& recent : m_recent)
-    if (recent.index >= 0 && recent.app == app) return recent.index;
+    if (recent.index >= 0 && std::string_view(recent.app) == name) return recent.index;
   const int found = FindSection(NameUnits(TrimBlanks(app)));
   if (found >= 0) {
     std::swap(m_recent[0], m_recent[1]);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Os.h"
@@ -141,11 +142,12 @@ Status ProfileEdit::Commit() {
 StagedProfile* StagedFileFor(const char* file) {
   ThreadEdits& edits = t_edits;
   if (edits.sessions.empty() || !file || !*file) return nullptr;
+  const std::string_view asked(file);
   for (auto& session : edits.sessions)
     for (const std::string& name : session->names)
-      if (name == file) return session->staged.get();
+      if (std::string_view(name) == asked) return session->staged.get();
   for (const std::string& name : edits.notEdited)
-    if (name == file) return nullptr;
+    if (std::string_view(name) == asked) return nullptr;
 
   std::string target;
   os::FileIdentity identity;
