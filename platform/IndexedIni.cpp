@@ -313,8 +313,10 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
   line.parse.hasBreak = true;
 
   // After the section's last line with text, before the blank lines that follow it.
-  line.units += View(last.units, {last.parse.whole.end, last.units.size()});
-  last.units.resize(last.parse.whole.end);
+  if (last.parse.whole.end < last.units.size()) {
+    line.units += View(last.units, {last.parse.whole.end, last.units.size()});
+    last.units.resize(last.parse.whole.end);
+  }
   if (!last.parse.hasBreak) {
     last.units += kCrLf;
     last.parse.whole.end += 2;
