@@ -4,14 +4,12 @@
 // nameless section. One linear pass; the result is private to the calling thread.
 #include "platform/IniDocument.h"
 
+#include "platform/NameIndex.h"
+
 namespace tolvex::platform {
 namespace {
 
 constexpr char16_t kCr = 0x0D, kLf = 0x0A, kNul = 0;
-
-char16_t FoldAscii(char16_t unit) {
-  return unit >= 'A' && unit <= 'Z' ? static_cast<char16_t>(unit + ('a' - 'A')) : unit;
-}
 
 // `range` ended at its first NUL.
 UnitRange CutAtNul(std::u16string_view units, UnitRange range) {
@@ -114,10 +112,7 @@ void IniDocument::AddLine(size_t begin, size_t contentEnd, size_t end, bool hasB
 }
 
 bool IniDocument::NameEquals(UnitRange range, std::u16string_view name) const {
-  if (range.size() != name.size()) return false;
-  for (size_t i = 0; i < name.size(); ++i)
-    if (FoldAscii(m_text.units[range.begin + i]) != FoldAscii(name[i])) return false;
-  return true;
+  return NameIndex::SameName(Units(range), name);
 }
 
 int IniDocument::FindSection(std::u16string_view name) const {
