@@ -16,9 +16,12 @@
 namespace tolvex::platform {
 namespace {
 
-// "@" and "`", "[x" and "{x" differ in the bit that case folding ignores.
+// "@" and "`", "[x" and "{x" differ in the bit that case folding ignores; the last name is
+// longer than the names an ANSI file looks up without a string of their own.
 const char* const kNames[] = {"s", "S", " s ", "", "k", "K2", "[x", "{x", "a]b", "=", ";c", "a=b",
-                              "\x1a", "x\r\ny", "b  c", "\xC9", "@", "`", "LongerName12"};
+                              "\x1a", "x\r\ny", "b  c", "\xC9", "@", "`", "LongerName12",
+                              "LnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLn"
+                              "LnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLn"};
 const char* const kValues[] = {"1", "", "  v ", "\"q\"", "]", "x]", "a\nb", "[t]", "\xE9", "=="};
 const char* const kLines[] = {"[s]", "[S]", "k=1", "K=2", "=e", "=f", "[]", "valueless", "[x",
                               "  k2 = v ", ";c=3", "", "   ", "[a]b]", "x="};
