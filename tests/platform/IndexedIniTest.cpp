@@ -20,8 +20,8 @@ namespace {
 // longer than the names an ANSI file looks up without a string of their own.
 const char* const kNames[] = {"s", "S", " s ", "", "k", "K2", "[x", "{x", "a]b", "=", ";c", "a=b",
                               "\x1a", "x\r\ny", "b  c", "\xC9", "@", "`", "LongerName12",
-                              "LnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLn"
-                              "LnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLn"};
+                              "LnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLn"
+                              "LnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLn"};
 const char* const kValues[] = {"1", "", "  v ", "\"q\"", "]", "x]", "a\nb", "[t]", "\xE9", "=="};
 const char* const kLines[] = {"[s]", "[S]", "k=1", "K=2", "=e", "=f", "[]", "valueless", "[x",
                               "  k2 = v ", ";c=3", "", "   ", "[a]b]", "x="};
