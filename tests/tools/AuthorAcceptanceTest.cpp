@@ -3,10 +3,10 @@
 // a player would: buttons play their own videos, a video's end returns to its button, previous
 // and next switch pages, and the arrow keys reach every button. Also the one-line errors.
 #include "ToolRunner.h"
+#include "tools/author/DvdPlayer.h"
 
 #include "support/TempDir.h"
 
-#include <dvdnav/dvdnav.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -24,84 +24,8 @@ bool Shell(const std::string& folder, const std::string& command) {
   return std::system(("cd '" + folder + "' && " + command + " >/dev/null 2>&1").c_str()) == 0;
 }
 
-// Where the player stopped: a menu page waiting for a key.
-struct Menu {
-  int page = 0;       // 1 or 2, known by its button count
-  int highlight = 0;  // the highlighted button, from 1
-};
-
-class Player {
- public:
-  explicit Player(const std::string& folder) {
-    if (dvdnav_open(&m_nav, folder.c_str()) != DVDNAV_STATUS_OK) m_nav = nullptr;
-  }
-  ~Player() {
-    if (m_nav) dvdnav_close(m_nav);
-  }
-  bool ok() const { return m_nav != nullptr; }
-
-  // Plays on until a menu holds still, noting every title played on the way.
-  Menu RunToMenu() {
-    uint8_t block[DVD_VIDEO_LB_LEN];
-    for (int blocks = 0; blocks < 200000; ++blocks) {
-      int event = 0, length = 0;
-      if (dvdnav_get_next_block(m_nav, block, &event, &length) != DVDNAV_STATUS_OK) {
-        ADD_FAILURE() << dvdnav_err_to_string(m_nav);
-        return {};
-      }
-      if (dvdnav_is_domain_vts(m_nav)) {
-        int32_t title = 0, part = 0;
-        if (dvdnav_current_title_info(m_nav, &title, &part) == DVDNAV_STATUS_OK && title > 0)
-          m_titles.insert(title);
-      }
-      switch (event) {
-        case DVDNAV_STILL_FRAME:
-          if (dvdnav_is_domain_vtsm(m_nav) && Pci() && Pci()->hli.hl_gi.btn_ns > 0) {
-            Menu menu;
-            menu.page = Pci()->hli.hl_gi.btn_ns == kPageButtons[0] ? 1 : 2;
-            dvdnav_get_current_highlight(m_nav, &menu.highlight);
-            return menu;
-          }
-          dvdnav_still_skip(m_nav);
-          break;
-        case DVDNAV_WAIT:
-          dvdnav_wait_skip(m_nav);
-          break;
-        case DVDNAV_STOP:
-          ADD_FAILURE() << "the disc stopped";
-          return {};
-      }
-    }
-    ADD_FAILURE() << "no menu came";
-    return {};
-  }
-
-  pci_t* Pci() { return dvdnav_get_current_nav_pci(m_nav); }
-  void Select(int button) {
-    ASSERT_EQ(dvdnav_button_select(m_nav, Pci(), button), DVDNAV_STATUS_OK);
-  }
-  void Activate() { ASSERT_EQ(dvdnav_button_activate(m_nav, Pci()), DVDNAV_STATUS_OK); }
-  int Highlight() {
-    int32_t button = 0;
-    dvdnav_get_current_highlight(m_nav, &button);
-    return button;
-  }
-  dvdnav_t* nav() { return m_nav; }
-  // The titles played since the last call.
-  std::set<int> TakeTitles() { return std::move(m_titles); }
-
-  double TitleSeconds(int title) {
-    uint64_t* times = nullptr;
-    uint64_t duration = 0;
-    dvdnav_describe_title_chapters(m_nav, title, &times, &duration);
-    std::free(times);
-    return duration / 90000.0;
-  }
-
- private:
-  dvdnav_t* m_nav = nullptr;
-  std::set<int> m_titles;
-};
+// The page a menu is, known by its button count.
+int PageOf(const Menu& menu) { return menu.buttons == kPageButtons[0] ? 1 : menu.buttons ? 2 : 0; }
 
 // Authors the disc in `dir`; returns what the tool said.
 ToolResult AuthorDisc(const std::string& dir) {
@@ -132,9 +56,9 @@ void SaysWhatItDidAndKeepsTheXml(const TempDir& dir, const std::string& out) {
     EXPECT_NE(ReadFile(dir.File(std::string("disc/") + kept)), "<missing>") << kept;
 }
 
-void EachNumberedButtonPlaysItsVideoAndItsEndReturnsToTheButton(Player* player) {
+void EachNumberedButtonPlaysItsVideoAndItsEndReturnsToTheButton(DvdPlayer* player) {
   Menu menu = player->RunToMenu();
-  ASSERT_EQ(menu.page, 1);
+  ASSERT_EQ(PageOf(menu), 1);
   EXPECT_EQ(menu.highlight, 1);
   int title = 0;
   for (int page = 1; page <= 2; ++page) {
@@ -148,31 +72,31 @@ void EachNumberedButtonPlaysItsVideoAndItsEndReturnsToTheButton(Player* player) 
       EXPECT_EQ(player->TakeTitles(), std::set<int>{title})
           << "page " << page << " button " << button;
       EXPECT_NEAR(player->TitleSeconds(title), kSeconds[title - 1], 0.25) << "title " << title;
-      EXPECT_EQ(menu.page, page);
+      EXPECT_EQ(PageOf(menu), page);
       EXPECT_EQ(menu.highlight, button);
     }
     player->Select(kPageButtons[page - 1]);  // next
     player->Activate();
     menu = player->RunToMenu();
-    ASSERT_EQ(menu.page, page == 1 ? 2 : 1);
+    ASSERT_EQ(PageOf(menu), page == 1 ? 2 : 1);
   }
 }
 
-void PreviousAndNextSwitchPagesAndWrapAround(Player* player) {
-  ASSERT_EQ(player->RunToMenu().page, 1);
+void PreviousAndNextSwitchPagesAndWrapAround(DvdPlayer* player) {
+  ASSERT_EQ(PageOf(player->RunToMenu()), 1);
   const int expected[][3] = {// from page, button (previous or next), to page
                              {1, 5, 2}, {2, 4, 1}, {1, 4, 2}, {2, 3, 1}};
   for (const auto& step : expected) {
     player->Select(step[1]);
     player->Activate();
     const Menu menu = player->RunToMenu();
-    EXPECT_EQ(menu.page, step[2]) << "from page " << step[0] << " button " << step[1];
+    EXPECT_EQ(PageOf(menu), step[2]) << "from page " << step[0] << " button " << step[1];
     EXPECT_TRUE(player->TakeTitles().empty());
   }
 }
 
-void ArrowKeysReachEveryButtonFromTheFirst(Player* player) {
-  ASSERT_EQ(player->RunToMenu().page, 1);
+void ArrowKeysReachEveryButtonFromTheFirst(DvdPlayer* player) {
+  ASSERT_EQ(PageOf(player->RunToMenu()), 1);
   for (int page = 1; page <= 2; ++page) {
     std::set<int> reached = {1};
     std::vector<int> todo = {1};
@@ -191,7 +115,7 @@ void ArrowKeysReachEveryButtonFromTheFirst(Player* player) {
     EXPECT_EQ(reached, all) << "page " << page;
     player->Select(kPageButtons[page - 1]);  // next
     player->Activate();
-    ASSERT_EQ(player->RunToMenu().page, page == 1 ? 2 : 1);
+    ASSERT_EQ(PageOf(player->RunToMenu()), page == 1 ? 2 : 1);
   }
 }
 
@@ -204,12 +128,12 @@ TEST(AuthoredDisc, PlaysAsAPlayerNavigatesIt) {
   for (auto check : {EachNumberedButtonPlaysItsVideoAndItsEndReturnsToTheButton,
                      PreviousAndNextSwitchPagesAndWrapAround,
                      ArrowKeysReachEveryButtonFromTheFirst}) {
-    Player player(dir.File("disc"));
+    DvdPlayer player(dir.File("disc"));
     ASSERT_TRUE(player.ok());
     check(&player);
   }
   // The disc image holds the same disc.
-  Player image(dir.File("disc.iso"));
+  DvdPlayer image(dir.File("disc.iso"));
   ASSERT_TRUE(image.ok());
   EachNumberedButtonPlaysItsVideoAndItsEndReturnsToTheButton(&image);
 }

@@ -1,0 +1,81 @@
+// The libdvdnav player of the author tests (see DvdPlayer.h).
+#include "tools/author/DvdPlayer.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace tolvex::test {
+
+DvdPlayer::DvdPlayer(const std::string& disc) {
+  if (dvdnav_open(&m_nav, disc.c_str()) != DVDNAV_STATUS_OK) m_nav = nullptr;
+}
+
+DvdPlayer::~DvdPlayer() {
+  if (m_nav) dvdnav_close(m_nav);
+}
+
+Menu DvdPlayer::RunToMenu(const std::function<void(int title)>& onTitle) {
+  uint8_t block[DVD_VIDEO_LB_LEN];
+  int lastTitle = 0;
+  for (int blocks = 0; blocks < 400000; ++blocks) {
+    int event = 0, length = 0;
+    if (dvdnav_get_next_block(m_nav, block, &event, &length) != DVDNAV_STATUS_OK) {
+      ADD_FAILURE() << dvdnav_err_to_string(m_nav);
+      return {};
+    }
+    if (dvdnav_is_domain_vts(m_nav)) {
+      int32_t title = 0, part = 0;
+      if (dvdnav_current_title_info(m_nav, &title, &part) == DVDNAV_STATUS_OK && title > 0) {
+        m_titles.insert(title);
+        if (title != lastTitle && onTitle) onTitle(title);
+        lastTitle = title;
+      }
+    } else {
+      lastTitle = 0;
+    }
+    switch (event) {
+      case DVDNAV_STILL_FRAME:
+        if (!dvdnav_is_domain_vts(m_nav) && Pci() && Pci()->hli.hl_gi.btn_ns > 0) {
+          Menu menu;
+          menu.buttons = Pci()->hli.hl_gi.btn_ns;
+          menu.highlight = Highlight();
+          return menu;
+        }
+        dvdnav_still_skip(m_nav);
+        break;
+      case DVDNAV_WAIT:
+        dvdnav_wait_skip(m_nav);
+        break;
+      case DVDNAV_STOP:
+        ADD_FAILURE() << "the disc stopped";
+        return {};
+    }
+  }
+  ADD_FAILURE() << "no menu came";
+  return {};
+}
+
+pci_t* DvdPlayer::Pci() { return dvdnav_get_current_nav_pci(m_nav); }
+
+void DvdPlayer::Select(int button) {
+  ASSERT_EQ(dvdnav_button_select(m_nav, Pci(), button), DVDNAV_STATUS_OK);
+}
+
+void DvdPlayer::Activate() { ASSERT_EQ(dvdnav_button_activate(m_nav, Pci()), DVDNAV_STATUS_OK); }
+
+int DvdPlayer::Highlight() {
+  int32_t button = 0;
+  dvdnav_get_current_highlight(m_nav, &button);
+  return button;
+}
+
+double DvdPlayer::TitleSeconds(int title) {
+  uint64_t* times = nullptr;
+  uint64_t duration = 0;
+  dvdnav_describe_title_chapters(m_nav, title, &times, &duration);
+  std::free(times);
+  return duration / 90000.0;
+}
+
+}  // namespace tolvex::test

@@ -1,0 +1,51 @@
+// A DVD player for the author tests, on libdvdnav (the navigation library common players use):
+// plays a VIDEO_TS folder or a disc image until a menu holds still, presses buttons and arrow
+// keys, and reports what a player would draw: the highlighted button and its area and colours,
+// and the aspect of the picture.
+#ifndef TOLVEX_TESTS_TOOLS_AUTHOR_DVDPLAYER_H
+#define TOLVEX_TESTS_TOOLS_AUTHOR_DVDPLAYER_H
+
+#include <dvdnav/dvdnav.h>
+
+#include <functional>
+#include <set>
+#include <string>
+
+namespace tolvex::test {
+
+// Where the player stopped: a menu page waiting for a key.
+struct Menu {
+  int buttons = 0;    // the number of buttons of the menu (0: no menu came)
+  int highlight = 0;  // the highlighted button, from 1
+};
+
+class DvdPlayer {
+ public:
+  explicit DvdPlayer(const std::string& disc);
+  ~DvdPlayer();
+  DvdPlayer(const DvdPlayer&) = delete;
+  DvdPlayer& operator=(const DvdPlayer&) = delete;
+
+  bool ok() const { return m_nav != nullptr; }
+
+  // Plays on until a menu holds still, noting every title played on the way (and, through
+  // `onTitle`, each title as it starts). A failure of the disc fails the test and gives {}.
+  Menu RunToMenu(const std::function<void(int title)>& onTitle = nullptr);
+
+  pci_t* Pci();
+  void Select(int button);
+  void Activate();
+  int Highlight();
+  dvdnav_t* nav() { return m_nav; }
+  // The titles played since the last call.
+  std::set<int> TakeTitles() { return std::move(m_titles); }
+  double TitleSeconds(int title);
+
+ private:
+  dvdnav_t* m_nav = nullptr;
+  std::set<int> m_titles;
+};
+
+}  // namespace tolvex::test
+
+#endif  // TOLVEX_TESTS_TOOLS_AUTHOR_DVDPLAYER_H
