@@ -1,25 +1,36 @@
 // The author command: from menu templates and videos to a DVD-Video folder (and on request a
-// disc image). The pages become the menus of titleset 1 and the videos its titles; the work
-// is staged in a sibling folder that replaces the output folder only when the disc is built,
-// so a failure leaves no half-made disc behind. Everything the disc is made from (menu
-// pictures, videos, the spumux and dvdauthor XML) stays in the output folder.
+// disc image). The pages become the menus of titleset 1 and the videos its titles. Every page
+// goes through check first, as render does. The work is staged beside the output folder and
+// swapped in only when the disc is built, so a failure or a stop leaves no half-made disc and
+// no user's file is touched (DiscOutput.h, Stop.h). Everything the disc is made from (menu
+// pictures, videos, the spumux and dvdauthor XML) stays in the output folder. What spumux and
+// dvdauthor report as a defect is said as a warning, and the exit status is 1 then.
+#include "tools/Commands.h"
+#include "tools/MaskAreas.h"
 #include "tools/Preview.h"
 #include "tools/ToolError.h"
 #include "tools/author/Assignment.h"
 #include "tools/author/AuthorOptions.h"
+#include "tools/author/ButtonAreas.h"
 #include "tools/author/Colours.h"
+#include "tools/author/DiscOutput.h"
 #include "tools/author/DiscXml.h"
 #include "tools/author/MenuPage.h"
 #include "tools/author/Navigation.h"
 #include "tools/author/Programs.h"
+#include "tools/author/Stop.h"
 #include "tools/author/Video.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <sstream>
 
 namespace menutool {
 namespace {
@@ -42,11 +53,12 @@ class Progress {
  public:
   explicit Progress(int steps) : m_steps(steps), m_terminal(isatty(1)) {}
   void Step(const std::string& what) {
+    StopIfAsked();
     std::cout << "[" << ++m_step << "/" << m_steps << "] " << what << std::endl;
   }
   void Bar(double done) {
     const int percent = static_cast<int>(done * 100);
-    if (percent == m_percent || (!m_terminal && percent < 100)) return;
+    if (percent == m_percent || (!m_terminal && percent < 100) || StopSignal() != 0) return;
     m_percent = percent;
     std::string bar(static_cast<size_t>(percent * 40 / 100), '#');
     bar.resize(40, '.');
@@ -73,21 +85,69 @@ std::string WithArticle(Standard standard) {
 
 std::string PageName(size_t p) { return "page" + std::to_string(p + 1); }
 
-void RunIn(const fs::path& folder, Invocation run, const std::string& what, Standard standard) {
+// The lines of a spumux or dvdauthor log that report a defect of the disc ("WARN:" or "ERR:"),
+// less the notes both print on every disc made right.
+std::vector<std::string> Defects(const std::string& log) {
+  static const char* const kHarmless[] = {
+      "WARN: Skipping sector, waiting for first VOBU",  // the menu still's leading packs
+      "WARN: System header found, but PCI/DSI information is not where expected",
+  };
+  std::ifstream in(log);
+  std::vector<std::string> defects;
+  for (std::string line; std::getline(in, line);) {
+    if (line.rfind("WARN:", 0) != 0 && line.rfind("ERR:", 0) != 0) continue;
+    bool harmless = false;
+    for (const char* known : kHarmless) harmless |= line.rfind(known, 0) == 0;
+    if (!harmless && defects.size() < 20) defects.push_back(line);
+  }
+  return defects;
+}
+
+// Runs a program of the disc in `folder`, with its standard error in `log`. A failure throws
+// with the log's last line; defects it reports are added to `warnings` as "<what>: <line>".
+void RunIn(const fs::path& folder, Invocation run, const std::string& what, Standard standard,
+           std::vector<std::string>* warnings) {
   run.folder = folder.string();
   run.environment.push_back(std::string("VIDEO_FORMAT=") + StandardName(standard));
   const Outcome outcome = RunProgram(run);
   if (outcome.status != 0) {
     std::ifstream log(run.log);
     std::string text((std::istreambuf_iterator<char>(log)), std::istreambuf_iterator<char>());
-    throw ToolError(what, "failed: " + LastLine(run.log.empty() ? outcome.errors : text) +
-                              (run.log.empty() ? "" : " (see " + run.log + ")"));
+    throw ToolError(what, "failed: " + LastLine(run.log.empty() ? outcome.errors : text));
   }
+  if (!run.log.empty())
+    for (const std::string& defect : Defects(run.log)) warnings->push_back(what + ": " + defect);
+}
+
+// Refuses, before any program opens it, a file that is not a plain file: a FIFO would hang the
+// program reading it, a device would be read without end.
+void RequirePlainFile(const std::string& file, const std::string& what) {
+  struct stat info {};
+  if (stat(file.c_str(), &info) != 0)
+    throw ToolError(file, "cannot read the " + what + ": " + std::strerror(errno));
+  if (!S_ISREG(info.st_mode))
+    throw ToolError(file, "is not a plain file (a folder, FIFO or device), so it cannot be the " +
+                              what);
+}
+
+// Check's findings on the prepared copy of a page, named after the page as the user gave it.
+// Returns the number of errors; all findings are printed.
+int CheckPage(const MenuPage& page) {
+  std::ostringstream findings;
+  int errors = 0;
+  CheckTemplate(page.copy, findings, &errors);
+  std::istringstream lines(findings.str());
+  for (std::string line; std::getline(lines, line);) {
+    if (line.rfind(page.copy + ": ", 0) == 0) line = page.given + line.substr(page.copy.size());
+    std::cout << "      " << line << "\n";
+  }
+  return errors;
 }
 
 }  // namespace
 
 int RunAuthor(const AuthorOptions& options) {
+  StopOnSignals stops;
   Tools tools;
   tools.ffmpeg = RequireProgram("ffmpeg", "ffmpeg");
   tools.ffprobe = RequireProgram("ffprobe", "ffmpeg");
@@ -95,25 +155,48 @@ int RunAuthor(const AuthorOptions& options) {
   tools.dvdauthor = RequireProgram("dvdauthor", "dvdauthor");
   if (!options.iso.empty()) tools.genisoimage = RequireProgram("genisoimage", "genisoimage");
 
-  const fs::path out = fs::absolute(options.out).lexically_normal();
-  if (fs::exists(out) && !options.force)
-    throw ToolError(options.out, "the output folder exists (--force replaces it)");
+  std::vector<std::string> inputs = options.pages;
+  for (const std::string& page : options.pages) RequirePlainFile(page, "menu page");
+  for (const std::string& video : options.videos) {
+    RequirePlainFile(video, "video");
+    inputs.push_back(video);
+  }
+  DiscOutput output(options.out, options.iso, inputs, options.force);
+  const fs::path stage = output.stage();
+  for (const std::string& note : output.notes()) std::cout << note << "\n";
+  std::error_code error;
+  for (const char* folder : {"menus", "videos"})
+    if (fs::create_directories(stage / folder, error); error)
+      throw ToolError(stage.string(), "cannot create: " + error.message());
 
-  Progress progress(5 + (options.iso.empty() ? 0 : 1));
-  progress.Step("reading " + std::to_string(options.pages.size()) + " page(s) and " +
-                std::to_string(options.videos.size()) + " video(s)");
+  Progress progress(6 + (options.iso.empty() ? 0 : 1));
+  progress.Step("reading and checking " + std::to_string(options.pages.size()) + " page(s)");
+  const bool linked = options.pages.size() > 1;
   std::vector<MenuPage> pages;
   std::vector<PageButtons> numbered;
-  for (const std::string& given : options.pages) {
-    pages.push_back(ReadMenuPage(given));
-    if (pages.back().standard != pages.front().standard)
-      throw ToolError(given, WithArticle(pages.back().standard) + " page among " +
+  int errors = 0;
+  for (size_t p = 0; p < options.pages.size(); ++p) {
+    const std::string& given = options.pages[p];
+    pages.push_back(PrepareMenuPage(given, (stage / "menus" / (PageName(p) + ".ini")).string(),
+                                    linked));
+    const MenuPage& page = pages.back();
+    if (page.standard != pages.front().standard)
+      throw ToolError(given, WithArticle(page.standard) + " page among " +
                                  StandardName(pages.front().standard) +
                                  " pages: a disc has one television standard");
-    numbered.push_back({given, pages.back().NumberedIndexes()});
+    std::cout << "      " << given << ": " << page.buttons.size() << " buttons"
+              << (page.note.empty() ? "" : "; " + page.note) << std::endl;
+    if (!page.music.empty()) RequirePlainFile(page.music, "music of " + given);
+    errors += CheckPage(page);
+    numbered.push_back({given, page.NumberedIndexes()});
   }
+  if (errors && !options.ignoreCheck)
+    throw ToolError("", std::to_string(errors) + (errors == 1 ? " error" : " errors") +
+                            " found by check; no disc made (--ignore-check makes it all the same)");
   const Standard standard = pages.front().standard;
   const std::vector<Assignment> assignments = AssignVideos(numbered, options.videos);
+
+  progress.Step("reading " + std::to_string(options.videos.size()) + " video(s)");
   std::vector<VideoFacts> videos;
   for (const std::string& video : options.videos) {
     videos.push_back(ProbeVideo(tools.ffprobe, video));
@@ -123,22 +206,6 @@ int RunAuthor(const AuthorOptions& options) {
                                  " pages: a disc has one television standard");
   }
 
-  // Built beside the output folder, which it replaces at the end.
-  const fs::path stage = out.string() + ".partial";
-  std::error_code error;
-  fs::remove_all(stage, error);
-  struct Cleanup {
-    const fs::path& stage;
-    bool keep = false;
-    ~Cleanup() {
-      std::error_code ignored;
-      if (!keep) fs::remove_all(stage, ignored);
-    }
-  } cleanup{stage};
-  for (const char* folder : {"menus", "videos"})
-    if (fs::create_directories(stage / folder, error); error)
-      throw ToolError(stage.string(), "cannot create: " + error.message());
-
   progress.Step("rendering the menus");
   std::vector<Rgb> frames;
   for (const MenuPage& page : pages)
@@ -147,59 +214,66 @@ int RunAuthor(const AuthorOptions& options) {
   const ButtonColours defaults = ChooseColours(frames);
   const Rgb highlight = Chosen(options.highlight, defaults.highlight);
   const Rgb select = Chosen(options.select, defaults.select);
-  const int height = standard == Standard::kNtsc ? 480 : 576;
+  std::vector<std::string> warnings;
   DiscFiles files;
   for (size_t p = 0; p < pages.size(); ++p) {
     const std::string name = PageName(p);
     const fs::path menus = stage / "menus";
-    std::cout << "      " << pages[p].given << ": " << pages[p].buttons.size() << " buttons"
-              << std::endl;
-    RenderMenuPage(pages[p], (menus / (name + ".bmp")).string(),
-                   (menus / (name + "-mask.bmp")).string());
-    WritePreview((menus / (name + ".bmp")).string(), (menus / (name + "-mask.bmp")).string(),
-                 (menus / (name + "-preview.png")).string());
-    WriteButtonPicture((menus / (name + "-mask.bmp")).string(), highlight,
-                       (menus / (name + "-highlight.png")).string());
-    WriteButtonPicture((menus / (name + "-mask.bmp")).string(), select,
-                       (menus / (name + "-select.png")).string());
-    MakeMenuStill(tools.ffmpeg, (menus / (name + ".bmp")).string(), pages[p].music, standard,
-                  (menus / (name + ".mpg")).string());
+    RenderMenuPage(pages[p]);
+    // The areas a player highlights hold the whole band the mask marks round each button.
+    std::vector<tagRECT> rects;
     std::vector<NavButton> nav;
-    for (const PageButton& button : pages[p].buttons) nav.push_back(button.nav);
+    for (const PageButton& button : pages[p].buttons) {
+      rects.push_back(button.nav.rect);
+      nav.push_back(button.nav);
+    }
+    const std::vector<PixelBox> areas = ButtonAreas(rects, ReadMaskAreas(pages[p].mask));
+    const PlayerView shown{areas, static_cast<unsigned char>(highlight.r),
+                           static_cast<unsigned char>(highlight.g),
+                           static_cast<unsigned char>(highlight.b)};
+    WritePreview(pages[p].picture, pages[p].mask, (menus / (name + "-preview.png")).string(),
+                 &shown);
+    WriteButtonPicture(pages[p].mask, highlight, (menus / (name + "-highlight.png")).string());
+    WriteButtonPicture(pages[p].mask, select, (menus / (name + "-select.png")).string());
+    MakeMenuStill(tools.ffmpeg, pages[p].picture, pages[p].music, standard,
+                  (menus / (name + ".mpg")).string());
     const std::string xml = name + "-spumux.xml";
-    WriteText(stage / xml, SpumuxXml(pages[p], DeriveLinks(nav), height,
-                                     "menus/" + name + "-highlight.png",
+    WriteText(stage / xml, SpumuxXml(areas, DeriveLinks(nav), "menus/" + name + "-highlight.png",
                                      "menus/" + name + "-select.png"));
     Invocation spumux{{tools.spumux, "-m", "dvd", xml}};
     spumux.input = (menus / (name + ".mpg")).string();
     spumux.output = (menus / (name + "-menu.mpg")).string();
     spumux.log = (stage / "spumux.log").string();
-    RunIn(stage, spumux, "spumux on " + pages[p].given, standard);
+    RunIn(stage, spumux, "spumux on " + pages[p].given, standard, &warnings);
     files.menus.push_back("menus/" + name + "-menu.mpg");
   }
 
   progress.Step("preparing " + std::to_string(videos.size()) + " video(s)");
   for (size_t v = 0; v < videos.size(); ++v) {
     const std::string& given = options.videos[v];
+    const std::string staged = "videos/title" + std::to_string(v + 1) + ".mpg";
     if (videos[v].dvdReady) {
+      // dvdauthor reads a name ending in '|' as a command, so it is given a link of the disc's
+      // own naming instead of the user's file name.
       std::cout << "      " << given << ": DVD MPEG-2, used as it is" << std::endl;
-      files.videos.push_back(fs::absolute(given).string());
+      fs::create_symlink(fs::absolute(given), stage / staged, error);
+      if (error) throw ToolError(given, "cannot link the video: " + error.message());
+      files.videos.push_back(staged);
       continue;
     }
     std::cout << "      " << given << ": converting" << std::endl;
-    const std::string converted = "videos/title" + std::to_string(v + 1) + ".mpg";
     progress.StartBar();
-    ConvertVideo(tools.ffmpeg, given, (stage / converted).string(), standard, videos[v].seconds,
+    ConvertVideo(tools.ffmpeg, given, (stage / staged).string(), standard, videos[v].seconds,
                  [&](double done) { progress.Bar(done); });
     progress.Bar(1);
-    files.videos.push_back(converted);
+    files.videos.push_back(staged);
   }
 
   progress.Step("building VIDEO_TS (dvdauthor)");
   WriteText(stage / "dvdauthor.xml", DvdauthorXml(pages, assignments, standard, files, "."));
   Invocation dvdauthor{{tools.dvdauthor, "-x", "dvdauthor.xml"}};
   dvdauthor.log = (stage / "dvdauthor.log").string();
-  RunIn(stage, dvdauthor, "dvdauthor", standard);
+  RunIn(stage, dvdauthor, "dvdauthor", standard, &warnings);
 
   if (!options.iso.empty()) {
     // genisoimage, as it writes the UDF bridge and file order that DVD players expect
@@ -211,9 +285,9 @@ int RunAuthor(const AuthorOptions& options) {
       fs::rename(stage / "AUDIO_TS", stage / "disc" / "AUDIO_TS", error);
     if (error) throw ToolError(stage.string(), "cannot arrange the disc image: " + error.message());
     Invocation image{{tools.genisoimage, "-quiet", "-dvd-video", "-V", "DVD_VIDEO", "-o",
-                      fs::absolute(options.iso).string(), "disc"}};
+                      output.stagedIso().string(), "disc"}};
     image.log = (stage / "genisoimage.log").string();
-    RunIn(stage, image, "genisoimage", standard);
+    RunIn(stage, image, "genisoimage", standard, &warnings);
     fs::rename(stage / "disc" / "VIDEO_TS", stage / "VIDEO_TS", error);
     if (!error && fs::exists(stage / "disc" / "AUDIO_TS"))
       fs::rename(stage / "disc" / "AUDIO_TS", stage / "AUDIO_TS", error);
@@ -221,17 +295,15 @@ int RunAuthor(const AuthorOptions& options) {
   }
 
   progress.Step("finishing " + options.out);
-  fs::remove_all(out, error);
-  if (!error) fs::rename(stage, out, error);
-  if (error) throw ToolError(options.out, "cannot replace the output folder: " + error.message());
-  cleanup.keep = true;
+  output.Finish();
+  const fs::path& out = output.out();
   std::cout << "VIDEO_TS: " << (out / "VIDEO_TS").string() << "\n";
   for (size_t p = 0; p < pages.size(); ++p)
     std::cout << "preview of " << pages[p].given << ": "
               << (out / "menus" / (PageName(p) + "-preview.png")).string() << "\n";
-  if (!options.iso.empty())
-    std::cout << "disc image: " << fs::absolute(options.iso).string() << "\n";
-  return kExitOk;
+  if (!options.iso.empty()) std::cout << "disc image: " << output.iso().string() << "\n";
+  for (const std::string& warning : warnings) std::cout << "warning: " << warning << "\n";
+  return warnings.empty() ? kExitOk : kExitMissing;
 }
 
 }  // namespace menutool

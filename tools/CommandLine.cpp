@@ -119,7 +119,10 @@ int RunCommandLine(int argc, char** argv) {
       ->expected(3)->check(CLI::Range(0, 255));
   cmd->add_option("--select", author.select, "colour of a pressed button: R G B")
       ->expected(3)->check(CLI::Range(0, 255));
-  cmd->add_flag("--force", author.force, "replace the output folder if it exists");
+  cmd->add_flag("--force", author.force,
+                "replace an earlier disc folder made by author, and an existing disc image");
+  cmd->add_flag("--ignore-check", author.ignoreCheck,
+                "make the disc although check finds errors in a page");
   cmd->callback([&] { run = [&] { return RunAuthor(author); }; });
 
   // Set last: a subcommand takes the footer its parent has when it is added.

@@ -1,9 +1,10 @@
-// Drawing the preview (see Preview.h). The mask is black except for the button areas; every
-// connected group of non-black mask pixels is one area. Its pixels are tinted and a box is
-// drawn round it, so that a highlight that misses its button shows at a glance. The PNG is
+// Drawing the preview (see Preview.h). The mask is black except for the button bands (see
+// MaskAreas.h). Their pixels are tinted and a box is drawn round each, so that a highlight that
+// misses its button shows at a glance. The PNG is
 // made in memory and written like every other output (OutputFile.h).
 #include "tools/Preview.h"
 
+#include "tools/MaskAreas.h"
 #include "tools/OutputFile.h"
 #include "tools/ToolError.h"
 
@@ -57,74 +58,37 @@ cairo_status_t AppendPng(void* closure, const unsigned char* data, unsigned int 
   return CAIRO_STATUS_SUCCESS;
 }
 
-struct Area {
-  int left, top, right, bottom;  // right and bottom exclusive
-};
-
-// Groups the non-black pixels of the mask into 8-connected areas.
-std::vector<Area> FindAreas(GdkPixbuf* mask, std::vector<bool>* marked) {
-  const int w = gdk_pixbuf_get_width(mask), h = gdk_pixbuf_get_height(mask);
-  const int channels = gdk_pixbuf_get_n_channels(mask), stride = gdk_pixbuf_get_rowstride(mask);
-  const guchar* pixels = gdk_pixbuf_read_pixels(mask);
-  marked->assign(static_cast<std::size_t>(w) * h, false);
-  for (int y = 0; y < h; ++y)
-    for (int x = 0; x < w; ++x) {
-      const guchar* p = pixels + y * stride + x * channels;
-      (*marked)[static_cast<std::size_t>(y) * w + x] = (p[0] | p[1] | p[2]) != 0;
-    }
-  std::vector<bool> seen(marked->size(), false);
-  std::vector<Area> areas;
-  std::vector<int> stack;
-  for (int start = 0; start < w * h; ++start) {
-    if (!(*marked)[start] || seen[start]) continue;
-    Area area{start % w, start / w, start % w + 1, start / w + 1};
-    stack.assign(1, start);
-    seen[start] = true;
-    while (!stack.empty()) {
-      int at = stack.back(), x = at % w, y = at / w;
-      stack.pop_back();
-      area = {std::min(area.left, x), std::min(area.top, y), std::max(area.right, x + 1),
-              std::max(area.bottom, y + 1)};
-      for (int dy = -1; dy <= 1; ++dy)
-        for (int dx = -1; dx <= 1; ++dx) {
-          int nx = x + dx, ny = y + dy;
-          if (nx < 0 || ny < 0 || nx >= w || ny >= h) continue;
-          int next = ny * w + nx;
-          if ((*marked)[next] && !seen[next]) {
-            seen[next] = true;
-            stack.push_back(next);
-          }
-        }
-    }
-    areas.push_back(area);
-  }
-  return areas;
-}
-
 }  // namespace
 
-int WritePreview(const std::string& menuPath, const std::string& maskPath,
-                 const std::string& png) {
-  Pixbuf menu = Load(menuPath), mask = Load(maskPath);
+int WritePreview(const std::string& menuPath, const std::string& maskPath, const std::string& png,
+                 const PlayerView* player) {
+  Pixbuf menu = Load(menuPath);
+  const MaskAreas mask = ReadMaskAreas(maskPath);
   const int w = gdk_pixbuf_get_width(menu.get()), h = gdk_pixbuf_get_height(menu.get());
-  if (gdk_pixbuf_get_width(mask.get()) != w || gdk_pixbuf_get_height(mask.get()) != h)
+  if (mask.width != w || mask.height != h)
     throw ToolError(maskPath, "the mask is not the size of the menu picture");
-
-  std::vector<bool> marked;
-  std::vector<Area> areas = FindAreas(mask.get(), &marked);
 
   cairo_surface_t* surface = ToSurface(menu.get());
   cairo_t* cr = cairo_create(surface);
-  // The mask's pixels, tinted magenta at 60% over the menu.
+  // Over the menu: what a player draws (the marked pixels inside a button's highlight area, in
+  // the highlight colour), or else every marked pixel tinted magenta at 60%. Premultiplied.
+  const uint32_t paint =
+      player ? 0xff000000u | uint32_t{player->r} << 16 | uint32_t{player->g} << 8 | player->b
+             : 0x99990099u;
   cairo_surface_t* tint = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, w, h);
   cairo_surface_flush(tint);
   unsigned char* data = cairo_image_surface_get_data(tint);
   const int tintStride = cairo_image_surface_get_stride(tint);
-  const uint32_t magenta = 0x99990099u;  // premultiplied: alpha 0x99, red 0x99, blue 0x99
+  auto shown = [&](int x, int y) {
+    if (!mask.Marked(x, y)) return false;
+    if (!player) return true;
+    for (const PixelBox& area : player->areas)
+      if (area.Contains(x, y)) return true;
+    return false;
+  };
   for (int y = 0; y < h; ++y)
     for (int x = 0; x < w; ++x)
-      reinterpret_cast<uint32_t*>(data + y * tintStride)[x] =
-          marked[static_cast<std::size_t>(y) * w + x] ? magenta : 0u;
+      reinterpret_cast<uint32_t*>(data + y * tintStride)[x] = shown(x, y) ? paint : 0u;
   cairo_surface_mark_dirty(tint);
   cairo_set_source_surface(cr, tint, 0, 0);
   cairo_paint(cr);
@@ -133,7 +97,8 @@ int WritePreview(const std::string& menuPath, const std::string& maskPath,
   cairo_set_line_width(cr, 1.0);
   const double dash[] = {4.0, 3.0};
   cairo_set_dash(cr, dash, 2, 0);
-  for (const Area& a : areas) {
+  const std::vector<PixelBox>& boxes = player ? player->areas : mask.pieces;
+  for (const PixelBox& a : boxes) {
     cairo_rectangle(cr, a.left - 2.5, a.top - 2.5, a.right - a.left + 4, a.bottom - a.top + 4);
     cairo_stroke(cr);
   }
@@ -145,7 +110,7 @@ int WritePreview(const std::string& menuPath, const std::string& maskPath,
     throw ToolError(png,
                     std::string("cannot make the preview: ") + cairo_status_to_string(status));
   WriteOutputFile(png, bytes);
-  return static_cast<int>(areas.size());
+  return static_cast<int>(boxes.size());
 }
 
 }  // namespace menutool

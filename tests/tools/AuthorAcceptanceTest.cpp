@@ -151,7 +151,7 @@ TEST(AuthorCommand, RefusesBadInputWithOneClearLine) {
   WriteFile(dir.File("big.ini"), big);
   ASSERT_TRUE(
       Shell(dir.path(), "ffmpeg -v error -f lavfi -i testsrc=r=30000/1001:d=0.2 -s 64x48 a.mp4"));
-  ASSERT_TRUE(Shell(dir.path(), "echo not a video > bad.mp4 && mkdir existing"));
+  ASSERT_TRUE(Shell(dir.path(), "echo not a video > bad.mp4"));
   const struct {
     std::vector<std::string> args;
     std::string message;
@@ -167,8 +167,6 @@ TEST(AuthorCommand, RefusesBadInputWithOneClearLine) {
       {{"ntsc.ini", "--video", "a.mp4", "bad.mp4", "--out", "o"}, "bad.mp4: cannot read the video"},
       {{"big.ini", "--video", "a.mp4", "--out", "o"},
        "big.ini: 37 buttons on the page; a DVD menu takes at most 36"},
-      {{"ntsc.ini", "--video", "a.mp4", "a.mp4", "--out", "existing"},
-       "existing: the output folder exists (--force replaces it)"},
   };
   for (const auto& c : cases) {
     std::vector<std::string> args = {"author"};
@@ -179,6 +177,28 @@ TEST(AuthorCommand, RefusesBadInputWithOneClearLine) {
     EXPECT_EQ(result.err.find('\n'), result.err.size() - 1) << result.err;
   }
   EXPECT_EQ(ReadFile(dir.File("o")), "<missing>");
+}
+
+TEST(AuthorCommand, ChecksEveryPageFirst) {
+  TempDir dir;
+  ASSERT_EQ(RunTool({"new", "page.ini", "--buttons", "2"}, dir.path()).status, 0);
+  // A caption that runs over its neighbour.
+  ASSERT_EQ(RunTool({"set", "page.ini", "button.title.position", "300", "338", "--button", "1"},
+                    dir.path()).status, 0);
+  ASSERT_TRUE(
+      Shell(dir.path(), "ffmpeg -v error -f lavfi -i testsrc=r=30000/1001:d=0.2 -s 64x48 a.mp4"));
+  const std::vector<std::string> args = {"author", "page.ini", "--video", "a.mp4", "a.mp4",
+                                         "--out", "disc"};
+  ToolResult result = RunTool(args, dir.path());
+  EXPECT_EQ(result.status, 2);
+  EXPECT_NE(result.out.find("page.ini: error: layout 2, button 1, title: runs over the title of button 2"),
+            std::string::npos) << result.out;
+  EXPECT_NE(result.err.find("found by check; no disc made"), std::string::npos) << result.err;
+  EXPECT_EQ(ReadFile(dir.File("disc")), "<missing>");
+  std::vector<std::string> anyway = args;
+  anyway.push_back("--ignore-check");
+  result = RunTool(anyway, dir.path());
+  EXPECT_EQ(result.status, 0) << result.err;
 }
 
 }  // namespace

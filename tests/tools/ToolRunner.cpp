@@ -14,8 +14,10 @@
 
 namespace tolvex::test {
 
-ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd,
-                   unsigned long fileSizeLimit) {
+namespace {
+
+ToolResult Run(const std::vector<std::string>& args, const std::string& cwd,
+               unsigned long fileSizeLimit, const std::string& waitFor, int stopSignal) {
   TempDir capture;
   const std::string out = capture.File("out"), err = capture.File("err");
   std::vector<char*> argv{const_cast<char*>(MENUTEMPLATE_TOOL)};
@@ -38,7 +40,27 @@ ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd,
   }
   ToolResult result;
   int status = 0;
-  if (child < 0 || waitpid(child, &status, 0) != child) {
+  if (child > 0 && stopSignal) {
+    // Once the tool says `waitFor`, the signal goes to the tool alone. A tool that has not
+    // ended a minute later is killed, so that the test fails instead of hanging.
+    bool sent = false;
+    for (int tick = 0; tick < 1200; ++tick) {
+      if (waitpid(child, &status, WNOHANG) == child) break;
+      if (!sent && ReadFile(out).find(waitFor) != std::string::npos) {
+        kill(child, stopSignal);
+        sent = true;
+      }
+      usleep(50 * 1000);
+    }
+    if (waitpid(child, &status, WNOHANG) == 0) {
+      ADD_FAILURE() << "the tool did not end" << (sent ? " after the signal" : "");
+      kill(child, SIGKILL);
+    } else {
+      child = 0;
+    }
+    EXPECT_TRUE(sent) << "the tool never said: " << waitFor;
+  }
+  if (child < 0 || (child > 0 && waitpid(child, &status, 0) != child)) {
     ADD_FAILURE() << "cannot run " << MENUTEMPLATE_TOOL;
     return result;
   }
@@ -46,6 +68,18 @@ ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd,
   result.out = ReadFile(out);
   result.err = ReadFile(err);
   return result;
+}
+
+}  // namespace
+
+ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd,
+                   unsigned long fileSizeLimit) {
+  return Run(args, cwd, fileSizeLimit, "", 0);
+}
+
+ToolResult RunToolAndSignal(const std::vector<std::string>& args, const std::string& cwd,
+                            const std::string& waitFor, int signal) {
+  return Run(args, cwd, 0, waitFor, signal);
 }
 
 nlohmann::json ShowJson(const std::string& file) {

@@ -14,7 +14,8 @@ struct AuthorOptions {
   std::string iso;                   // empty: no disc image
   std::vector<unsigned> highlight;   // R G B, or empty for the default
   std::vector<unsigned> select;      // R G B, or empty for the default
-  bool force = false;
+  bool force = false;        // replace an earlier disc folder of author's, or the disc image
+  bool ignoreCheck = false;  // make the disc although check finds errors in a page
 };
 
 // Builds the disc; returns the exit status or throws ToolError.

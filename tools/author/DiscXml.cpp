@@ -34,21 +34,18 @@ std::string GoToPage(size_t to, size_t number) {
 
 }  // namespace
 
-std::string SpumuxXml(const MenuPage& page, const std::vector<Links>& links, int height,
+std::string SpumuxXml(const std::vector<PixelBox>& areas, const std::vector<Links>& links,
                       const std::string& highlight, const std::string& select) {
   std::ostringstream xml;
   xml << "<subpictures>\n <stream>\n  <spu force=\"yes\" start=\"00:00:00.00\" highlight=\""
       << Escaped(highlight) << "\" select=\"" << Escaped(select) << "\">\n";
-  for (size_t i = 0; i < page.buttons.size(); ++i) {
-    const tagRECT& r = page.buttons[i].nav.rect;
-    // Subpicture buttons start and end on even lines: the top goes up, the bottom down.
-    const int top = std::max(0, static_cast<int>(r.top) & ~1);
-    const int bottom = std::min(height, (static_cast<int>(r.bottom) + 1) & ~1);
-    xml << "   <button name=\"" << Name(i) << "\" x0=\"" << std::max(0, static_cast<int>(r.left))
-        << "\" y0=\"" << top << "\" x1=\"" << std::min(720, static_cast<int>(r.right))
-        << "\" y1=\"" << bottom << "\" up=\"" << Name(links[i].up) << "\" down=\""
-        << Name(links[i].down) << "\" left=\"" << Name(links[i].left) << "\" right=\""
-        << Name(links[i].right) << "\"/>\n";
+  for (size_t i = 0; i < areas.size(); ++i) {
+    // spumux's corners are the first and the last pixel of the area.
+    const PixelBox& a = areas[i];
+    xml << "   <button name=\"" << Name(i) << "\" x0=\"" << a.left << "\" y0=\"" << a.top
+        << "\" x1=\"" << a.right - 1 << "\" y1=\"" << a.bottom - 1 << "\" up=\""
+        << Name(links[i].up) << "\" down=\"" << Name(links[i].down) << "\" left=\""
+        << Name(links[i].left) << "\" right=\"" << Name(links[i].right) << "\"/>\n";
   }
   xml << "  </spu>\n </stream>\n</subpictures>\n";
   return xml.str();

@@ -1,10 +1,10 @@
 // The two XML files that spumux and dvdauthor take, written as text the user can read and
-// adjust: one spumux file per menu page (its buttons, their even-line rectangles and arrow
-// links), and the dvdauthor file of the whole disc (the pages as titleset menus, the videos as
+// adjust: one spumux file per menu page (its buttons' highlight areas and arrow links), and the dvdauthor file of the whole disc (the pages as titleset menus, the videos as
 // titles, and the button and end-of-video commands that tie them together).
 #ifndef TOLVEX_TOOLS_AUTHOR_DISCXML_H
 #define TOLVEX_TOOLS_AUTHOR_DISCXML_H
 
+#include "tools/MaskAreas.h"
 #include "tools/author/Assignment.h"
 #include "tools/author/MenuPage.h"
 
@@ -13,9 +13,9 @@
 
 namespace menutool::author {
 
-// spumux's description of `page`: buttons "b1".."bN" in page order with `links`, on a picture
-// `height` lines high, highlighted with the pictures `highlight` and `select`.
-std::string SpumuxXml(const MenuPage& page, const std::vector<Links>& links, int height,
+// spumux's description of a page: buttons "b1".."bN" in page order, highlighted over `areas`
+// (see ButtonAreas.h) with the pictures `highlight` and `select`, with arrow `links`.
+std::string SpumuxXml(const std::vector<PixelBox>& areas, const std::vector<Links>& links,
                       const std::string& highlight, const std::string& select);
 
 struct DiscFiles {

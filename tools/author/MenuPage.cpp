@@ -1,6 +1,8 @@
 // Reading and rendering one menu page (see MenuPage.h).
 #include "tools/author/MenuPage.h"
 
+#include "tools/Canvas.h"
+#include "tools/Grid.h"
 #include "tools/Properties.h"
 #include "tools/RawProfile.h"
 #include "tools/TemplatePath.h"
@@ -33,7 +35,8 @@ std::optional<Rgb> Colour(int found, unsigned r, unsigned g, unsigned b) {
   return Rgb{r, g, b};
 }
 
-// Picture names in the page's copy made absolute, since the copy lives in another folder.
+// Picture and music names in the page's copy made absolute, since the copy lives in another
+// folder.
 class Absolute {
  public:
   Absolute(const TemplatePath& original, CMenuTemplate* menu) : m_path(original), m_menu(menu) {}
@@ -85,13 +88,16 @@ size_t MenuPage::NumberOf(ButtonKind kind) const {
   return 0;
 }
 
-MenuPage ReadMenuPage(const std::string& given) {
-  TemplatePath path(given);
-  path.RequireReadable();
+namespace {
+
+// Reads the page from the template at `file` (the prepared copy).
+MenuPage ReadPage(const std::string& given, const std::string& file) {
+  TemplatePath path(file);
   TemplateSession session(path, TemplateSession::Purpose::kRead);
   CMenuTemplate& menu = session.menu();
   MenuPage page;
   page.given = given;
+  page.copy = file;
   int ntsc = 0;  // the renderer draws PAL when the mode is missing
   menu.GetTemplateMode(&ntsc);
   page.standard = ntsc ? Standard::kNtsc : Standard::kPal;
@@ -124,19 +130,82 @@ MenuPage ReadMenuPage(const std::string& given) {
   return page;
 }
 
-void RenderMenuPage(const MenuPage& page, const std::string& picture, const std::string& mask) {
-  // The rendering libraries read the template from disk, so the page is rendered from a copy
-  // beside its picture (it stays in the output folder, for rendering the page again by hand).
-  TemplatePath path(page.given);
-  const std::string copy = fs::path(picture).replace_extension(".ini").string();
+// Whether `place` lies on the canvas, clear (by a band's width and more) of every numbered
+// button.
+bool Free(const tagRECT& place, const MenuPage& page, const Canvas& canvas) {
+  constexpr int kClearance = 8;
+  if (!IsProper(place) || !canvas.Contains(place)) return false;
+  for (const PageButton& b : page.buttons) {
+    if (b.kind != ButtonKind::kNumbered) continue;
+    const tagRECT& r = b.nav.rect;
+    const tagRECT grown{r.left - kClearance, r.top - kClearance, r.right + kClearance,
+                        r.bottom + kClearance};
+    if (Overlap(place, grown)) return false;
+  }
+  return true;
+}
+
+// Shows previous and next in the copy: where the template puts them when that place is free,
+// else at the bottom corners of the title-safe area, as `new --nav` lays a page out. Returns a
+// line saying so when they were moved.
+std::string PlaceNavButtons(CMenuTemplate* menu, const MenuPage& page) {
+  const Canvas canvas = Canvas::For(page.standard == Standard::kNtsc);
+  const PagePlan plan = PlanPage(1, canvas, true);
+  std::string moved;
+  for (unsigned nav : {0u, 1u}) {
+    tagRECT place{};
+    const bool placed = menu->GetNavBtnPosition(nav, &place) && Free(Normal(place), page, canvas);
+    if (!placed) {
+      place = nav ? plan.next : plan.prev;
+      if (!Free(place, page, canvas))
+        throw ToolError(page.given, "has no free place for the previous and next buttons that a "
+                                    "disc of several pages needs (new --nav lays a page out "
+                                    "with room for them)");
+      if (!menu->SetNavBtnPosition(nav, place))
+        throw ToolError(page.given, "cannot prepare the template for rendering");
+      moved = "previous and next placed at the bottom corners";
+    }
+    if (!(nav ? menu->SetAddNextButton(1) : menu->SetAddPrevButton(1)))
+      throw ToolError(page.given, "cannot prepare the template for rendering");
+  }
+  return moved;
+}
+
+}  // namespace
+
+MenuPage PrepareMenuPage(const std::string& given, const std::string& copy, bool linked) {
+  TemplatePath path(given);
+  path.RequireReadable();
   CMenuTemplate menu;
   menu.CopyTemplateFile(CString(copy.c_str()), CString(path.library().c_str()));
   if (!fs::is_regular_file(copy))
-    throw ToolError(page.given, "cannot copy the template to " + copy);
+    throw ToolError(given, "cannot copy the template to " + copy);
   menu.SetTemplateFile(CString(copy.c_str()));
+  // Only the layout in use is rendered; the others go from the copy, so that check judges
+  // what goes on the disc.
+  const std::optional<long long> inUse = LayoutInUse(copy);
+  for (const std::string& section : SectionNames(copy))
+    if (const auto count = LayoutCount(section); count && count != inUse)
+      if (!RemoveSection(copy, section))
+        throw ToolError(given, "cannot prepare the template for rendering");
+
+  std::string note;
+  if (linked) {
+    note = PlaceNavButtons(&menu, ReadPage(given, copy));
+  } else {
+    int shown = 0;
+    if ((menu.GetAddPrevButton(&shown) && shown) || (menu.GetAddNextButton(&shown) && shown))
+      note = "previous and next hidden: a disc of one page has no other page to go to";
+    if (!menu.SetAddPrevButton(0) || !menu.SetAddNextButton(0))
+      throw ToolError(given, "cannot prepare the template for rendering");
+  }
+  MenuPage page = ReadPage(given, copy);
+  page.note = note;
+
   using C = CMenuTemplate;
   Absolute absolute(path, &menu);
   absolute(&C::GetFileName, &C::SetBkBMPFileName);
+  absolute(&C::GetMusicFileName, &C::SetMusicFileName);
   for (unsigned nav : {0u, 1u}) {
     absolute(&C::GetNavBtnFrameBMP, &C::SetNavBtnFrameBMP, nav);
     absolute(&C::GetNavBtnBMPFile, &C::SetNavBtnBMPFile, nav);
@@ -146,9 +215,19 @@ void RenderMenuPage(const MenuPage& page, const std::string& picture, const std:
     absolute(&C::GetBtnFrameBMP, &C::SetBtnFrameBMP, button.index);
     absolute(&C::GetBtnBMP, &C::SetBtnBMP, button.index);
   }
-  if (!menu.SetOutputBMPFile(CString(picture.c_str())) ||
-      !menu.SetOutMaskFile(CString(mask.c_str())))
-    throw ToolError(page.given, "cannot prepare the template for rendering");
+  CString music;
+  if (menu.GetMusicFileName(&music) && music.GetLength() > 0) page.music = music.GetString();
+  const fs::path base = fs::path(copy).replace_extension();
+  page.picture = base.string() + ".bmp";
+  page.mask = base.string() + "-mask.bmp";
+  if (!menu.SetOutputBMPFile(CString(page.picture.c_str())) ||
+      !menu.SetOutMaskFile(CString(page.mask.c_str())))
+    throw ToolError(given, "cannot prepare the template for rendering");
+  return page;
+}
+
+void RenderMenuPage(const MenuPage& page) {
+  CMenuTemplate menu{CString(page.copy.c_str())};
   if (menu.CreateMenuBMP().GetLength() == 0)
     throw ToolError(page.given, std::string("the menu picture could not be rendered: ") +
                                     TolvexMenuBmpLastError());

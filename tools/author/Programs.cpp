@@ -1,11 +1,16 @@
 // Running outside programs (see Programs.h) with fork and execve. Standard output and error
-// are read through pipes with poll, so neither can fill up and stall the program.
+// are read through pipes with poll, so neither can fill up and stall the program. Each program
+// runs in a process group of its own, so a Ctrl-C at the terminal reaches only the tool, which
+// stops it (Stop.h); it also dies with the tool, should the tool be killed outright.
 #include "tools/author/Programs.h"
 
 #include "tools/ToolError.h"
+#include "tools/author/Stop.h"
 
 #include <fcntl.h>
 #include <poll.h>
+#include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -20,6 +25,27 @@ namespace menutool::author {
 namespace {
 
 constexpr size_t kKeptErrors = 64 * 1024;
+
+// What the programs see of the tool's environment: where programs and temporary files are,
+// and the language of messages. Anything else (VIDEO_FORMAT for dvdauthor, FFREPORT or
+// AV_LOG_FORCE_* for ffmpeg...) would change what they make, so each run states its own.
+bool Passed(const char* entry) {
+  for (const char* name : {"PATH=", "HOME=", "TMPDIR=", "LANG=", "LC_ALL=", "LC_CTYPE=", "TZ="})
+    if (std::strncmp(entry, name, std::strlen(name)) == 0) return true;
+  return false;
+}
+
+// Ends the program's process group: asked politely, then, after two seconds, forced.
+void Stop(pid_t child) {
+  kill(-child, SIGTERM);
+  for (int waited = 0; waited < 40; ++waited) {
+    if (waitpid(child, nullptr, WNOHANG) == child) return;
+    usleep(50 * 1000);
+  }
+  kill(-child, SIGKILL);
+  while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) {
+  }
+}
 
 int OpenOrDie(const std::string& path, int flags) {
   const int fd = open(path.c_str(), flags | O_CLOEXEC, 0644);
@@ -55,13 +81,19 @@ Outcome RunProgram(const Invocation& run) {
   for (const std::string& a : run.argv) argv.push_back(const_cast<char*>(a.c_str()));
   argv.push_back(nullptr);
   std::vector<char*> env;
-  for (char** e = environ; *e; ++e) env.push_back(*e);
+  for (char** e = environ; *e; ++e)
+    if (Passed(*e)) env.push_back(*e);
   for (const std::string& e : run.environment) env.push_back(const_cast<char*>(e.c_str()));
   env.push_back(nullptr);
 
+  StopIfAsked();
+  const pid_t parent = getpid();
   const pid_t child = fork();
   if (child < 0) throw ToolError(run.argv[0], std::string("cannot start: ") + std::strerror(errno));
   if (child == 0) {
+    setpgid(0, 0);
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent) _exit(127);  // the tool died before the line above
     if (!run.folder.empty() && chdir(run.folder.c_str()) != 0) _exit(127);
     dup2(OpenOrDie(run.input.empty() ? "/dev/null" : run.input, O_RDONLY), 0);
     dup2(run.output.empty() ? out[1] : OpenOrDie(run.output, O_WRONLY | O_CREAT | O_TRUNC), 1);
@@ -74,18 +106,33 @@ Outcome RunProgram(const Invocation& run) {
   if (out[1] >= 0) close(out[1]);
   if (err[1] >= 0) close(err[1]);
 
+  setpgid(child, child);  // also here, so that Stop() finds the group whatever runs first
+
   Outcome outcome;
   std::string line;
   std::vector<pollfd> fds;
+  if (StopPipe() >= 0) fds.push_back({StopPipe(), POLLIN, 0});
+  const size_t streams = fds.size();
   if (out[0] >= 0) fds.push_back({out[0], POLLIN, 0});
   if (err[0] >= 0) fds.push_back({err[0], POLLIN, 0});
   char buffer[4096];
-  while (!fds.empty()) {
-    if (poll(fds.data(), fds.size(), -1) < 0) {
-      if (errno == EINTR) continue;
-      break;
+  // Without pipes to read, the wait is for the program's end or a stop, checked every 100 ms.
+  while (fds.size() > streams || (out[0] < 0 && err[0] < 0)) {
+    const int ready = poll(fds.data(), fds.size(), fds.size() > streams ? -1 : 100);
+    if (StopSignal() != 0) {
+      for (size_t i = streams; i < fds.size(); ++i) close(fds[i].fd);
+      Stop(child);
+      StopIfAsked();
     }
-    for (size_t i = 0; i < fds.size();) {
+    if (ready < 0 && errno != EINTR) break;
+    if (fds.size() == streams) {
+      siginfo_t ended{};
+      if (waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+          ended.si_pid == child)
+        break;
+      continue;
+    }
+    for (size_t i = streams; i < fds.size();) {
       if (!fds[i].revents) { ++i; continue; }
       const ssize_t n = read(fds[i].fd, buffer, sizeof buffer);
       if (n <= 0) {

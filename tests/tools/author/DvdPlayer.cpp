@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
 
 namespace tolvex::test {
 
@@ -35,6 +37,9 @@ Menu DvdPlayer::RunToMenu(const std::function<void(int title)>& onTitle) {
       lastTitle = 0;
     }
     switch (event) {
+      case DVDNAV_SPU_CLUT_CHANGE:
+        std::memcpy(m_palette.data(), block, sizeof(uint32_t) * m_palette.size());
+        break;
       case DVDNAV_STILL_FRAME:
         if (!dvdnav_is_domain_vts(m_nav) && Pci() && Pci()->hli.hl_gi.btn_ns > 0) {
           Menu menu;
@@ -76,6 +81,38 @@ double DvdPlayer::TitleSeconds(int title) {
   dvdnav_describe_title_chapters(m_nav, title, &times, &duration);
   std::free(times);
   return duration / 90000.0;
+}
+
+namespace {
+
+// A palette entry (Y, Cr, Cb as ITU-R BT.601 studio levels) as RGB.
+Rgb8 ToRgb(uint32_t ycrcb) {
+  const double y = (ycrcb >> 16 & 0xff) - 16.0, cr = (ycrcb >> 8 & 0xff) - 128.0,
+               cb = (ycrcb & 0xff) - 128.0;
+  auto clamp = [](double v) { return static_cast<int>(std::clamp(v + 0.5, 0.0, 255.0)); };
+  return {clamp(1.164 * y + 1.596 * cr), clamp(1.164 * y - 0.813 * cr - 0.392 * cb),
+          clamp(1.164 * y + 2.017 * cb)};
+}
+
+}  // namespace
+
+std::optional<DrawnHighlight> DvdPlayer::Highlight(int button, bool activated) {
+  dvdnav_highlight_area_t area{};
+  if (!Pci() || dvdnav_get_highlight_area(Pci(), button, activated ? 1 : 0, &area) !=
+                    DVDNAV_STATUS_OK)
+    return std::nullopt;
+  DrawnHighlight drawn;
+  drawn.left = static_cast<int>(area.sx);
+  drawn.top = static_cast<int>(area.sy);
+  drawn.right = static_cast<int>(area.ex);
+  drawn.bottom = static_cast<int>(area.ey);
+  // The upper 16 bits hold four palette indexes, the lower 16 four contrasts, pixel kinds
+  // 3 (emphasis 2), 2 (emphasis 1), 1 (pattern), 0 (background) from the top nibble down.
+  for (int kind = 0; kind < 4; ++kind) {
+    drawn.colour[kind] = ToRgb(m_palette[area.palette >> (16 + 4 * kind) & 0xf]);
+    drawn.contrast[kind] = static_cast<int>(area.palette >> (4 * kind) & 0xf);
+  }
+  return drawn;
 }
 
 }  // namespace tolvex::test

@@ -7,11 +7,27 @@
 
 #include <dvdnav/dvdnav.h>
 
+#include <array>
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 
 namespace tolvex::test {
+
+struct Rgb8 {
+  int r, g, b;
+};
+
+// What a player draws over a button of the still menu in one state: the area (edges included)
+// and, for each of the four kinds of subpicture pixel, its colour (from the menu's palette) and
+// its contrast (0 transparent .. 15 opaque).
+struct DrawnHighlight {
+  int left = 0, top = 0, right = 0, bottom = 0;
+  std::array<Rgb8, 4> colour{};
+  std::array<int, 4> contrast{};
+};
 
 // Where the player stopped: a menu page waiting for a key.
 struct Menu {
@@ -40,10 +56,16 @@ class DvdPlayer {
   // The titles played since the last call.
   std::set<int> TakeTitles() { return std::move(m_titles); }
   double TitleSeconds(int title);
+  // The highlight of `button` of the current menu when selected (`activated` false) or
+  // activated; none when the menu has no such button.
+  std::optional<DrawnHighlight> Highlight(int button, bool activated);
+  // The aspect of the picture now playing: 0 for 4:3, 3 for 16:9.
+  int Aspect() { return dvdnav_get_video_aspect(m_nav); }
 
  private:
   dvdnav_t* m_nav = nullptr;
   std::set<int> m_titles;
+  std::array<uint32_t, 16> m_palette{};  // the subpicture palette, as 0x00YYCrCb
 };
 
 }  // namespace tolvex::test

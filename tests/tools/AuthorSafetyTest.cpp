@@ -1,0 +1,187 @@
+// author and the user's files: whatever the flags, it never removes or overwrites a file or
+// folder it did not make, never writes over an input, keeps to one run per output, and when
+// stopped it ends its programs and leaves nothing of the unfinished disc behind.
+#include "ToolRunner.h"
+
+#include "support/TempDir.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+namespace tolvex::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A page with one button and its video, in `dir`.
+void MakePageAndVideo(const TempDir& dir, double seconds = 0.3) {
+  ASSERT_EQ(RunTool({"new", "page.ini", "--buttons", "1"}, dir.path()).status, 0);
+  ASSERT_EQ(std::system(("cd '" + dir.path() +
+                         "' && ffmpeg -v error -f lavfi -i testsrc=r=30000/1001:s=320x240:d=" +
+                         std::to_string(seconds) + " v.mp4")
+                            .c_str()),
+            0);
+}
+
+ToolResult Author(const TempDir& dir, std::vector<std::string> more) {
+  std::vector<std::string> args = {"author", "page.ini", "--video", "v.mp4"};
+  args.insert(args.end(), more.begin(), more.end());
+  return RunTool(args, dir.path());
+}
+
+// Every file under `folder` with its bytes, to compare before and after.
+std::map<std::string, std::string> Snapshot(const std::string& folder) {
+  std::map<std::string, std::string> files;
+  for (const auto& entry : fs::recursive_directory_iterator(folder))
+    files[entry.path().string()] = entry.is_regular_file() ? ReadFile(entry.path().string()) : "/";
+  return files;
+}
+
+// Nothing the run began is left beside the output: no staging folder, no unfinished image.
+void ExpectNoLeftovers(const TempDir& dir) {
+  for (const auto& entry : fs::directory_iterator(dir.path()))
+    EXPECT_EQ(entry.path().filename().string().find(".menutemplate-"), std::string::npos)
+        << entry.path();
+}
+
+TEST(AuthorSafety, RefusesOutputsThatWouldLoseTheUsersFiles) {
+  TempDir dir;
+  MakePageAndVideo(dir);
+  fs::create_directories(dir.File("photos/2024"));
+  WriteFile(dir.File("photos/2024/beach.jpg"), "a photo");
+  WriteFile(dir.File("notes.txt"), "my notes");
+  fs::create_directories(dir.File("disc.partial"));
+  WriteFile(dir.File("disc.partial/keep"), "a folder of the user's that looks like staging");
+  const auto before = Snapshot(dir.path());
+  const struct {
+    std::vector<std::string> args;
+    std::string message;
+  } cases[] = {
+      {{"--out", "photos", "--force"}, "photos: holds files that author did not make"},
+      {{"--out", ".", "--force"}, ".: is the current folder or holds it"},
+      {{"--out", "..", "--force"}, "..: is the current folder or holds it"},
+      {{"--out", dir.path(), "--force"}, "is the current folder or holds it"},
+      {{"--out", "/", "--force"}, "/: is the root folder"},
+      {{"--out", "notes.txt", "--force"}, "notes.txt: exists and is not a folder"},
+      {{"--out", "disc", "--iso", "page.ini", "--force"}, "page.ini: is page.ini, which the disc"},
+      {{"--out", "disc", "--iso", "v.mp4", "--force"}, "v.mp4: is v.mp4, which the disc"},
+      {{"--out", "disc", "--iso", "notes.txt"}, "notes.txt: exists (--force replaces it)"},
+      {{"--out", "disc", "--iso", "disc/x.iso"}, "lies in the output folder"},
+  };
+  for (const auto& c : cases) {
+    const ToolResult result = Author(dir, c.args);
+    EXPECT_EQ(result.status, 2) << c.message << "\n" << result.out;
+    EXPECT_NE(result.err.find(c.message), std::string::npos) << result.err;
+    EXPECT_EQ(result.err.find('\n'), result.err.size() - 1) << result.err;
+  }
+  EXPECT_EQ(Snapshot(dir.path()), before);
+
+  // A folder holding the inputs, from elsewhere; the home folder.
+  TempDir other;
+  ToolResult result = RunTool({"author", dir.File("page.ini"), "--video", dir.File("v.mp4"),
+                               "--out", dir.path(), "--force"},
+                              other.path());
+  EXPECT_NE(result.err.find("which the disc is made from"), std::string::npos) << result.err;
+  setenv("HOME", dir.File("photos").c_str(), 1);
+  result = RunTool({"author", dir.File("page.ini"), "--video", dir.File("v.mp4"), "--out",
+                    dir.File("photos"), "--force"},
+                   other.path());
+  unsetenv("HOME");
+  EXPECT_NE(result.err.find("is your home folder"), std::string::npos) << result.err;
+  EXPECT_EQ(Snapshot(dir.path()), before);
+  ExpectNoLeftovers(dir);
+}
+
+TEST(AuthorSafety, ReplacesOnlyItsOwnDiscAndImageWhenAsked) {
+  TempDir dir;
+  MakePageAndVideo(dir);
+  fs::create_directories(dir.File("empty"));
+  ToolResult made = Author(dir, {"--out", "empty/", "--iso", "disc.iso"});  // an empty folder
+  ASSERT_EQ(made.status, 0) << made.err;
+  EXPECT_TRUE(fs::exists(dir.File("empty/VIDEO_TS/VIDEO_TS.IFO")));
+  const std::string image = ReadFile(dir.File("disc.iso"));
+  ASSERT_GT(image.size(), 100000u);
+
+  ToolResult again = Author(dir, {"--out", "empty", "--iso", "disc.iso"});
+  EXPECT_EQ(again.status, 2);
+  EXPECT_NE(again.err.find("the output folder exists (--force replaces it)"), std::string::npos)
+      << again.err;
+  WriteFile(dir.File("empty/my-notes.txt"), "added by the user");
+  again = Author(dir, {"--out", "empty", "--iso", "disc.iso", "--force"});
+  EXPECT_EQ(again.status, 0) << again.err;
+  EXPECT_EQ(ReadFile(dir.File("empty/my-notes.txt")), "<missing>");  // the folder was author's
+  EXPECT_TRUE(fs::exists(dir.File("empty/VIDEO_TS/VIDEO_TS.IFO")));
+  EXPECT_GT(ReadFile(dir.File("disc.iso")).size(), 100000u);
+  ExpectNoLeftovers(dir);
+}
+
+TEST(AuthorSafety, OneRunPerOutputAndAKilledRunsWorkIsCleanedUp) {
+  TempDir dir;
+  MakePageAndVideo(dir);
+  // A run in progress: its staging folder beside the output, marked and locked.
+  const std::string staging = dir.File(".disc.menutemplate-abc123");
+  fs::create_directories(staging);
+  const int mark = open((staging + "/.menutemplate-disc").c_str(), O_CREAT | O_WRONLY, 0644);
+  ASSERT_GE(mark, 0);
+  ASSERT_EQ(flock(mark, LOCK_EX), 0);
+  ToolResult result = Author(dir, {"--out", "disc"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_NE(result.err.find("another author run is making this disc"), std::string::npos)
+      << result.err;
+  EXPECT_TRUE(fs::exists(staging));
+  close(mark);  // the run was killed: its lock went with it
+  result = Author(dir, {"--out", "disc"});
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_NE(result.out.find("left by a run that was stopped"), std::string::npos) << result.out;
+  ExpectNoLeftovers(dir);
+}
+
+TEST(AuthorSafety, StoppingEndsTheRunAndItsProgramsAndLeavesNothing) {
+  TempDir dir;
+  MakePageAndVideo(dir, 30);  // long enough to be converting when the signal comes
+  for (int signal : {SIGINT, SIGTERM}) {
+    const ToolResult result = RunToolAndSignal(
+        {"author", "page.ini", "--video", "v.mp4", "--out", "disc"}, dir.path(), "converting",
+        signal);
+    EXPECT_EQ(result.status, 128 + signal) << result.out << result.err;
+    EXPECT_NE(result.err.find("stopped by"), std::string::npos) << result.err;
+    EXPECT_EQ(result.out.find("100%"), std::string::npos) << result.out;
+    EXPECT_FALSE(fs::exists(dir.File("disc")));
+    ExpectNoLeftovers(dir);
+    // No converter lives on: every process writing into the folder has gone.
+    for (const auto& proc : fs::directory_iterator("/proc")) {
+      std::ifstream cmdline(proc.path() / "cmdline");
+      std::string args((std::istreambuf_iterator<char>(cmdline)), {});
+      EXPECT_EQ(args.find(dir.path() + "/.disc.menutemplate-"), std::string::npos) << args;
+    }
+  }
+}
+
+TEST(AuthorSafety, RefusesFifosAndDevicesBeforeAnyProgramOpensThem) {
+  TempDir dir;
+  MakePageAndVideo(dir);
+  ASSERT_EQ(mkfifo(dir.File("fifo.mp4").c_str(), 0644), 0);
+  for (const std::string video : {"fifo.mp4", "/dev/zero"}) {
+    const ToolResult result =
+        RunTool({"author", "page.ini", "--video", video, "--out", "disc"}, dir.path());
+    EXPECT_EQ(result.status, 2);
+    EXPECT_NE(result.err.find(video + ": is not a plain file"), std::string::npos) << result.err;
+  }
+  ASSERT_EQ(RunTool({"set", "page.ini", "music", "fifo.mp4"}, dir.path()).status, 0);
+  const ToolResult result = Author(dir, {"--out", "disc"});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_NE(result.err.find("is not a plain file"), std::string::npos) << result.err;
+  ExpectNoLeftovers(dir);
+}
+
+}  // namespace
+}  // namespace tolvex::test
