@@ -220,7 +220,8 @@ int RunAuthor(const AuthorOptions& options) {
     const std::string name = PageName(p);
     const fs::path menus = stage / "menus";
     RenderMenuPage(pages[p]);
-    // The areas a player highlights hold the whole band the mask marks round each button.
+    // The areas a player highlights hold the whole band the mask marks round each button. The
+    // preview shows the page as it opens, with its first button highlighted.
     std::vector<tagRECT> rects;
     std::vector<NavButton> nav;
     for (const PageButton& button : pages[p].buttons) {
@@ -228,7 +229,7 @@ int RunAuthor(const AuthorOptions& options) {
       nav.push_back(button.nav);
     }
     const std::vector<PixelBox> areas = ButtonAreas(rects, ReadMaskAreas(pages[p].mask));
-    const PlayerView shown{areas, static_cast<unsigned char>(highlight.r),
+    const PlayerView shown{areas, 0, static_cast<unsigned char>(highlight.r),
                            static_cast<unsigned char>(highlight.g),
                            static_cast<unsigned char>(highlight.b)};
     WritePreview(pages[p].picture, pages[p].mask, (menus / (name + "-preview.png")).string(),

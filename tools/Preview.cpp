@@ -70,8 +70,8 @@ int WritePreview(const std::string& menuPath, const std::string& maskPath, const
 
   cairo_surface_t* surface = ToSurface(menu.get());
   cairo_t* cr = cairo_create(surface);
-  // Over the menu: what a player draws (the marked pixels inside a button's highlight area, in
-  // the highlight colour), or else every marked pixel tinted magenta at 60%. Premultiplied.
+  // Over the menu: what a player draws (the marked pixels inside the highlighted button's area,
+  // in the highlight colour), or else every marked pixel tinted magenta at 60%. Premultiplied.
   const uint32_t paint =
       player ? 0xff000000u | uint32_t{player->r} << 16 | uint32_t{player->g} << 8 | player->b
              : 0x99990099u;
@@ -81,10 +81,8 @@ int WritePreview(const std::string& menuPath, const std::string& maskPath, const
   const int tintStride = cairo_image_surface_get_stride(tint);
   auto shown = [&](int x, int y) {
     if (!mask.Marked(x, y)) return false;
-    if (!player) return true;
-    for (const PixelBox& area : player->areas)
-      if (area.Contains(x, y)) return true;
-    return false;
+    return !player || (player->highlighted < player->areas.size() &&
+                       player->areas[player->highlighted].Contains(x, y));
   };
   for (int y = 0; y < h; ++y)
     for (int x = 0; x < w; ++x)

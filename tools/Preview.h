@@ -11,15 +11,16 @@
 
 namespace menutool {
 
-// A disc menu as a player shows it: the highlight colour, and the area of each button within
-// which a player draws the mask's pixels in it.
+// A disc menu as a player shows it when it opens: the area of each button, within which a
+// player draws the mask's pixels of the highlighted button in the highlight colour.
 struct PlayerView {
   std::vector<PixelBox> areas;
+  size_t highlighted;  // index into areas
   unsigned char r, g, b;
 };
 
 // Writes `png` from the pictures `menu` and `mask`; returns the number of areas boxed. Without
-// `player`: every band of the mask tinted, each boxed. With it: what the player draws, each
+// `player`: every band of the mask tinted, each boxed. With it: what the player draws, every
 // button's highlight area boxed. Throws ToolError naming the picture that cannot be read or
 // written.
 int WritePreview(const std::string& menu, const std::string& mask, const std::string& png,

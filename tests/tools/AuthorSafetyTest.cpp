@@ -2,6 +2,7 @@
 // folder it did not make, never writes over an input, keeps to one run per output, and when
 // stopped it ends its programs and leaves nothing of the unfinished disc behind.
 #include "ToolRunner.h"
+#include "tools/author/DvdPlayer.h"
 
 #include "support/TempDir.h"
 
@@ -181,6 +182,41 @@ TEST(AuthorSafety, RefusesFifosAndDevicesBeforeAnyProgramOpensThem) {
   EXPECT_EQ(result.status, 2);
   EXPECT_NE(result.err.find("is not a plain file"), std::string::npos) << result.err;
   ExpectNoLeftovers(dir);
+}
+
+TEST(AuthorSafety, NamesAreDataAndTheEnvironmentIsTheTools) {
+  TempDir dir;
+  MakePageAndVideo(dir);
+  ASSERT_EQ(RunTool({"new", "two.ini", "--buttons", "2"}, dir.path()).status, 0);
+  // dvdauthor runs a name ending in '|' through a shell; ffmpeg reads "concat:" as a protocol.
+  const std::string command = "a;cd ..;touch PWNED;|";
+  const std::string odd = "line\nbreak \xe9\x01.mp4";
+  ASSERT_EQ(std::system(("cd '" + dir.path() + "' && ffmpeg -v error -f lavfi -i "
+                         "testsrc=r=30000/1001:d=0.3 -s 720x480 -target ntsc-dvd dvd.mpg")
+                            .c_str()),
+            0);
+  fs::copy_file(dir.File("dvd.mpg"), dir.File(command));
+  fs::copy_file(dir.File("v.mp4"), dir.File(odd));
+  setenv("VIDEO_FORMAT", "PAL", 1);
+  ToolResult result =
+      RunTool({"author", "two.ini", "--video", command, odd, "--out", "disc"}, dir.path());
+  unsetenv("VIDEO_FORMAT");
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_FALSE(fs::exists(dir.File("PWNED")));
+  EXPECT_FALSE(fs::exists(dir.File("../PWNED")));
+  DvdPlayer player(dir.File("disc"));
+  ASSERT_TRUE(player.ok());
+  ASSERT_EQ(player.RunToMenu().buttons, 2);
+  uint32_t width = 0, height = 0;
+  dvdnav_get_video_resolution(player.nav(), &width, &height);
+  EXPECT_EQ(height, 480u) << "an NTSC disc, whatever VIDEO_FORMAT says";
+
+  result = RunTool({"author", "two.ini", "--video", "concat:v.mp4|dvd.mpg", "v.mp4", "--out",
+                    "other"},
+                   dir.path());
+  EXPECT_EQ(result.status, 2);
+  EXPECT_NE(result.err.find("concat:v.mp4|dvd.mpg: cannot read the video"), std::string::npos)
+      << result.err;
 }
 
 }  // namespace

@@ -17,6 +17,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <sstream>
 
 extern char** environ;
@@ -160,6 +161,10 @@ Outcome RunProgram(const Invocation& run) {
   }
   outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   return outcome;
+}
+
+std::string FileArgument(const std::string& path) {
+  return "file:" + std::filesystem::absolute(path).string();
 }
 
 std::string LastLine(const std::string& text) {

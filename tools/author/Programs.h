@@ -35,6 +35,11 @@ struct Outcome {
 // Runs the program and waits for it. Throws ToolError when it cannot be started.
 Outcome RunProgram(const Invocation& invocation);
 
+// `path` as ffmpeg and ffprobe must be given a file the user named: a "file:" URL of its
+// absolute path, so that no name is read as another protocol ("concat:", "http:"), as an option
+// ("-x") or relative to another folder.
+std::string FileArgument(const std::string& path);
+
 // The last non-empty line of `text` (for a one-line message about a failed program).
 std::string LastLine(const std::string& text);
 

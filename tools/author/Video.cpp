@@ -17,7 +17,7 @@ using nlohmann::json;
 json Probe(const std::string& ffprobe, const std::string& file, const char* what) {
   std::string text;
   Invocation run{{ffprobe, "-v", "error", "-print_format", "json", "-show_format",
-                  "-show_streams", file}};
+                  "-show_streams", FileArgument(file)}};
   run.onLine = [&](const std::string& line) { text += line + "\n"; };
   const Outcome outcome = RunProgram(run);
   if (outcome.status != 0) {
@@ -98,7 +98,7 @@ void ConvertVideo(const std::string& ffmpeg, const std::string& input, const std
   const std::string fit = "scale=w='if(gt(dar,4/3),720,trunc(720*dar*3/4/2)*2)':h='if(gt(dar,4/3),"
                           "trunc(" + height + "*4/3/dar/2)*2," + height + ")',pad=720:" + height +
                           ":(ow-iw)/2:(oh-ih)/2,setsar=" + (ntsc ? "8/9" : "16/15");
-  Invocation run{{ffmpeg, "-nostdin", "-v", "error", "-y", "-i", input, "-vf", fit, "-target",
+  Invocation run{{ffmpeg, "-nostdin", "-v", "error", "-y", "-i", FileArgument(input), "-vf", fit, "-target",
                   ntsc ? "ntsc-dvd" : "pal-dvd", "-aspect", "4:3", "-progress", "pipe:1",
                   "-nostats", output}};
   run.onLine = [&](const std::string& line) {
@@ -119,11 +119,11 @@ void MakeMenuStill(const std::string& ffmpeg, const std::string& picture,
                    const std::string& music, Standard standard, const std::string& output) {
   const bool ntsc = standard == Standard::kNtsc;
   std::vector<std::string> argv = {ffmpeg, "-nostdin", "-v", "error", "-y", "-loop", "1",
-                                   "-i", picture};
+                                   "-i", FileArgument(picture)};
   if (music.empty()) {
     argv.insert(argv.end(), {"-f", "lavfi", "-i", "anullsrc=r=48000:cl=stereo", "-t", "1"});
   } else {
-    argv.insert(argv.end(), {"-i", music, "-shortest"});
+    argv.insert(argv.end(), {"-i", FileArgument(music), "-shortest"});
   }
   argv.insert(argv.end(), {"-map", "0:v", "-map", "1:a", "-target", ntsc ? "ntsc-dvd" : "pal-dvd",
                            "-aspect", "4:3", output});
