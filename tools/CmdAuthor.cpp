@@ -1,5 +1,5 @@
 // The author command: from menu templates and videos to a DVD-Video folder (and on request a
-// disc image). The pages become the menus of titleset 1 and the videos its titles; the work
+// disc image). The pages become the disc's menus and the videos its titles; the work
 // is staged in a sibling folder that replaces the output folder only when the disc is built,
 // so a failure leaves no half-made disc behind. Everything the disc is made from (menu
 // pictures, videos, the spumux and dvdauthor XML) stays in the output folder.
@@ -7,12 +7,14 @@
 #include "tools/ToolError.h"
 #include "tools/author/Assignment.h"
 #include "tools/author/AuthorOptions.h"
+#include "tools/author/Capacity.h"
 #include "tools/author/Colours.h"
 #include "tools/author/DiscXml.h"
 #include "tools/author/MenuPage.h"
 #include "tools/author/Navigation.h"
 #include "tools/author/Programs.h"
 #include "tools/author/Video.h"
+#include "tools/author/VideoPlan.h"
 
 #include <unistd.h>
 
@@ -115,13 +117,16 @@ int RunAuthor(const AuthorOptions& options) {
   const Standard standard = pages.front().standard;
   const std::vector<Assignment> assignments = AssignVideos(numbered, options.videos);
   std::vector<VideoFacts> videos;
+  std::vector<VideoPlan> plans;
+  std::vector<TitleLoad> loads;
   for (const std::string& video : options.videos) {
     videos.push_back(ProbeVideo(tools.ffprobe, video));
-    if (videos.back().standard && *videos.back().standard != standard)
-      throw ToolError(video, WithArticle(*videos.back().standard) + " video for " +
-                                 StandardName(standard) +
-                                 " pages: a disc has one television standard");
+    plans.push_back(PlanVideo(videos.back(), standard, AspectChoiceNamed(options.aspect)));
+    loads.push_back(LoadOf(videos.back(), plans.back()));
   }
+  const DiscFit fit = FitDisc(loads, options.dvd9 ? kDualLayer : kSingleLayer);
+  if (!fit.fits) throw ToolError("", DescribeOverflow(fit));
+  std::cout << "      " << DescribeFit(fit) << std::endl;
 
   // Built beside the output folder, which it replaces at the end.
   const fs::path stage = out.string() + ".partial";
@@ -181,18 +186,17 @@ int RunAuthor(const AuthorOptions& options) {
   progress.Step("preparing " + std::to_string(videos.size()) + " video(s)");
   for (size_t v = 0; v < videos.size(); ++v) {
     const std::string& given = options.videos[v];
-    if (videos[v].dvdReady) {
-      std::cout << "      " << given << ": DVD MPEG-2, used as it is" << std::endl;
-      files.videos.push_back(fs::absolute(given).string());
-      continue;
+    std::cout << "      " << DescribePlan(given, videos[v], plans[v]) << std::endl;
+    TitleFile title{fs::absolute(given).string(), plans[v].aspect,
+                    TitleSetKey(videos[v], plans[v])};
+    if (plans[v].treatment != Treatment::kAsItIs) {
+      title.file = "videos/title" + std::to_string(v + 1) + ".mpg";
+      progress.StartBar();
+      ConvertVideo(tools.ffmpeg, given, (stage / title.file).string(), videos[v], plans[v],
+                   fit.videoBitrate, [&](double done) { progress.Bar(done); });
+      progress.Bar(1);
     }
-    std::cout << "      " << given << ": converting" << std::endl;
-    const std::string converted = "videos/title" + std::to_string(v + 1) + ".mpg";
-    progress.StartBar();
-    ConvertVideo(tools.ffmpeg, given, (stage / converted).string(), standard, videos[v].seconds,
-                 [&](double done) { progress.Bar(done); });
-    progress.Bar(1);
-    files.videos.push_back(converted);
+    files.titles.push_back(title);
   }
 
   progress.Step("building VIDEO_TS (dvdauthor)");
