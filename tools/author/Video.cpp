@@ -139,9 +139,12 @@ void ConvertVideo(const std::string& ffmpeg, const std::string& input, const std
                              std::to_string(static_cast<long>(videoBitrate)), "-aspect",
                              AspectName(plan.aspect)});
   }
-  argv.insert(argv.end(), {"-c:a", "ac3", "-ar", "48000", "-ac", std::to_string(plan.channels),
-                           "-b:a", std::to_string(plan.soundBitrate), "-shortest", "-progress",
-                           "pipe:1", "-nostats", output});
+  // The sound resampled in step with its timestamps: else the AC-3 frames' times wander from
+  // the packets' by a tick now and then, which dvdauthor reports as going backwards.
+  argv.insert(argv.end(), {"-af", "aresample=async=1", "-c:a", "ac3", "-ar", "48000", "-ac",
+                           std::to_string(plan.channels), "-b:a",
+                           std::to_string(plan.soundBitrate), "-shortest", "-progress", "pipe:1",
+                           "-nostats", output});
   Invocation run{argv};
   const double seconds = video.seconds;
   run.onLine = [&](const std::string& line) {

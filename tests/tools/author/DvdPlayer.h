@@ -40,6 +40,8 @@ class DvdPlayer {
   // The titles played since the last call.
   std::set<int> TakeTitles() { return std::move(m_titles); }
   double TitleSeconds(int title);
+  // The aspect the disc states for the picture playing now: 0 for 4:3, 3 for 16:9.
+  int VideoAspect() { return dvdnav_get_video_aspect(m_nav); }
 
  private:
   dvdnav_t* m_nav = nullptr;
