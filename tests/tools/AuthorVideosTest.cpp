@@ -69,6 +69,26 @@ void EachButtonPlaysItsClipInItsAspect(const std::string& disc, const std::vecto
   }
 }
 
+// The remote's menu key while button `button`'s title plays: the page again, that button
+// highlighted.
+void TheMenuKeyDuringATitleLeadsBackToThePage(const std::string& disc, int button) {
+  DvdPlayer player(disc);
+  ASSERT_TRUE(player.ok());
+  const int buttons = player.RunToMenu().buttons;
+  player.Select(button);
+  player.Activate();
+  bool pressed = false;
+  const Menu menu = player.RunToMenu([&](int) {
+    if (pressed) return;
+    pressed = true;
+    EXPECT_EQ(dvdnav_menu_call(player.nav(), DVD_MENU_Root), DVDNAV_STATUS_OK)
+        << dvdnav_err_to_string(player.nav());
+  });
+  EXPECT_TRUE(pressed);
+  EXPECT_EQ(menu.buttons, buttons);
+  EXPECT_EQ(menu.highlight, button);
+}
+
 void SaysWhatItDidWithEachAndDvdauthorKeptEveryAspect(const TempDir& dir, const ToolResult& run,
                                                       const std::vector<Clip>& clips) {
   ASSERT_EQ(run.status, 0) << run.err;
@@ -101,6 +121,7 @@ TEST(AuthoredVideos, NtscDiscOfMixedClipsPlaysEachInItsAspect) {
   const ToolResult run = AuthorClips(dir, clips, /*pal=*/false, {});
   SaysWhatItDidWithEachAndDvdauthorKeptEveryAspect(dir, run, clips);
   EachButtonPlaysItsClipInItsAspect(dir.File("disc"), clips);
+  TheMenuKeyDuringATitleLeadsBackToThePage(dir.File("disc"), 3);
 }
 
 // On a disc of 4:3 titles (--aspect 4:3) a 16:9 DVD file is letterboxed and a portrait clip
