@@ -1,5 +1,5 @@
 // The author command: from menu templates and videos to a DVD-Video folder (and on request a
-// disc image). The pages become the menus of titleset 1 and the videos its titles. Every page
+// disc image). The pages become the disc's menus and the videos its titles. Every page
 // goes through check first, as render does. The work is staged beside the output folder and
 // swapped in only when the disc is built, so a failure or a stop leaves no half-made disc and
 // no user's file is touched (DiscOutput.h, Stop.h). Everything the disc is made from (menu
@@ -12,6 +12,7 @@
 #include "tools/author/Assignment.h"
 #include "tools/author/AuthorOptions.h"
 #include "tools/author/ButtonAreas.h"
+#include "tools/author/Capacity.h"
 #include "tools/author/Colours.h"
 #include "tools/author/DiscOutput.h"
 #include "tools/author/DiscXml.h"
@@ -20,6 +21,7 @@
 #include "tools/author/Programs.h"
 #include "tools/author/Stop.h"
 #include "tools/author/Video.h"
+#include "tools/author/VideoPlan.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -198,13 +200,16 @@ int RunAuthor(const AuthorOptions& options) {
 
   progress.Step("reading " + std::to_string(options.videos.size()) + " video(s)");
   std::vector<VideoFacts> videos;
+  std::vector<VideoPlan> plans;
+  std::vector<TitleLoad> loads;
   for (const std::string& video : options.videos) {
     videos.push_back(ProbeVideo(tools.ffprobe, video));
-    if (videos.back().standard && *videos.back().standard != standard)
-      throw ToolError(video, WithArticle(*videos.back().standard) + " video for " +
-                                 StandardName(standard) +
-                                 " pages: a disc has one television standard");
+    plans.push_back(PlanVideo(videos.back(), standard, AspectChoiceNamed(options.aspect)));
+    loads.push_back(LoadOf(videos.back(), plans.back()));
   }
+  const DiscFit fit = FitDisc(loads, options.dvd9 ? kDualLayer : kSingleLayer);
+  if (!fit.fits) throw ToolError("", DescribeOverflow(fit));
+  std::cout << "      " << DescribeFit(fit) << std::endl;
 
   progress.Step("rendering the menus");
   std::vector<Rgb> frames;
@@ -252,22 +257,21 @@ int RunAuthor(const AuthorOptions& options) {
   progress.Step("preparing " + std::to_string(videos.size()) + " video(s)");
   for (size_t v = 0; v < videos.size(); ++v) {
     const std::string& given = options.videos[v];
+    std::cout << "      " << DescribePlan(given, videos[v], plans[v]) << std::endl;
+    // dvdauthor reads a name ending in '|' as a command, so every title reaches it by a name
+    // of the disc's own: the converted file, or a link to the one used as it is.
     const std::string staged = "videos/title" + std::to_string(v + 1) + ".mpg";
-    if (videos[v].dvdReady) {
-      // dvdauthor reads a name ending in '|' as a command, so it is given a link of the disc's
-      // own naming instead of the user's file name.
-      std::cout << "      " << given << ": DVD MPEG-2, used as it is" << std::endl;
+    TitleFile title{staged, plans[v].aspect, TitleSetKey(videos[v], plans[v])};
+    if (plans[v].treatment == Treatment::kAsItIs) {
       fs::create_symlink(fs::absolute(given), stage / staged, error);
       if (error) throw ToolError(given, "cannot link the video: " + error.message());
-      files.videos.push_back(staged);
-      continue;
+    } else {
+      progress.StartBar();
+      ConvertVideo(tools.ffmpeg, given, (stage / title.file).string(), videos[v], plans[v],
+                   fit.videoBitrate, [&](double done) { progress.Bar(done); });
+      progress.Bar(1);
     }
-    std::cout << "      " << given << ": converting" << std::endl;
-    progress.StartBar();
-    ConvertVideo(tools.ffmpeg, given, (stage / staged).string(), standard, videos[v].seconds,
-                 [&](double done) { progress.Bar(done); });
-    progress.Bar(1);
-    files.videos.push_back(staged);
+    files.titles.push_back(title);
   }
 
   progress.Step("building VIDEO_TS (dvdauthor)");

@@ -119,6 +119,11 @@ int RunCommandLine(int argc, char** argv) {
       ->expected(3)->check(CLI::Range(0, 255));
   cmd->add_option("--select", author.select, "colour of a pressed button: R G B")
       ->expected(3)->check(CLI::Range(0, 255));
+  cmd->add_option("--aspect", author.aspect,
+                  "aspect of the titles: auto (16:9 for wide videos, 4:3 for the others), 4:3 "
+                  "or 16:9")
+      ->check(CLI::IsMember({"auto", "4:3", "16:9"}))->default_str("auto");
+  cmd->add_flag("--dvd9", author.dvd9, "fill a dual-layer disc (8.5 GB) instead of 4.7 GB");
   cmd->add_flag("--force", author.force,
                 "replace an earlier disc folder made by author, and an existing disc image");
   cmd->add_flag("--ignore-check", author.ignoreCheck,

@@ -151,7 +151,7 @@ TEST(AuthorSafety, StoppingEndsTheRunAndItsProgramsAndLeavesNothing) {
   MakePageAndVideo(dir, 30);  // long enough to be converting when the signal comes
   for (int signal : {SIGINT, SIGTERM}) {
     const ToolResult result = RunToolAndSignal(
-        {"author", "page.ini", "--video", "v.mp4", "--out", "disc"}, dir.path(), "converting",
+        {"author", "page.ini", "--video", "v.mp4", "--out", "disc"}, dir.path(), "→",
         signal);
     EXPECT_EQ(result.status, 128 + signal) << result.out << result.err;
     EXPECT_NE(result.err.find("stopped by"), std::string::npos) << result.err;

@@ -14,6 +14,8 @@ struct AuthorOptions {
   std::string iso;                   // empty: no disc image
   std::vector<unsigned> highlight;   // R G B, or empty for the default
   std::vector<unsigned> select;      // R G B, or empty for the default
+  std::string aspect = "auto";       // "auto", "4:3" or "16:9": of the titles
+  bool dvd9 = false;                 // a dual-layer disc (8.5 GB) rather than 4.7 GB
   bool force = false;        // replace an earlier disc folder of author's, or the disc image
   bool ignoreCheck = false;  // make the disc although check finds errors in a page
 };

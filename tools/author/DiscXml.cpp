@@ -56,13 +56,31 @@ std::string DvdauthorXml(const std::vector<MenuPage>& pages,
                          const DiscFiles& files, const std::string& dest) {
   const std::string format = standard == Standard::kNtsc ? "ntsc" : "pal";
   const size_t n = pages.size();
+
+  // Titlesets in order of their first title; a title's number counts through them in order.
+  std::vector<std::vector<size_t>> sets;
+  std::vector<std::string> setKeys;
+  for (size_t v = 0; v < files.titles.size(); ++v) {
+    const auto known = std::find(setKeys.begin(), setKeys.end(), files.titles[v].set);
+    if (known == setKeys.end()) {
+      setKeys.push_back(files.titles[v].set);
+      sets.push_back({v});
+    } else {
+      sets[static_cast<size_t>(known - setKeys.begin())].push_back(v);
+    }
+  }
+  std::vector<size_t> titleNumber(files.titles.size());
+  size_t counted = 0;
+  for (const std::vector<size_t>& set : sets)
+    for (size_t v : set) titleNumber[v] = ++counted;
+
   std::ostringstream xml;
   xml << "<dvdauthor dest=\"" << Escaped(dest) << "\">\n"
-      << " <vmgm>\n  <fpc>g0 = 1; g1 = 1024; jump titleset 1 menu;</fpc>\n </vmgm>\n"
-      << " <titleset>\n  <menus>\n   <video format=\"" << format << "\" aspect=\"4:3\"/>\n";
+      << " <vmgm>\n  <fpc>g0 = 1; g1 = 1024; jump vmgm menu 1;</fpc>\n"
+      << "  <menus>\n   <video format=\"" << format << "\" aspect=\"4:3\"/>\n";
   for (size_t p = 0; p < n; ++p) {
     const MenuPage& page = pages[p];
-    xml << "   <pgc" << (p == 0 ? " entry=\"root\"" : "") << ">\n    <pre>";
+    xml << "   <pgc" << (p == 0 ? " entry=\"title\"" : "") << ">\n    <pre>";
     if (p == 0)
       for (size_t other = 1; other < n; ++other)
         xml << "if (g0 == " << other + 1 << ") jump menu " << other + 1 << "; ";
@@ -75,7 +93,7 @@ std::string DvdauthorXml(const std::vector<MenuPage>& pages,
           // The numbered buttons come first, so b is also the position among them.
           size_t title = 0;
           for (const Assignment& a : assignments)
-            if (a.page == p && a.button == b) title = a.video + 1;
+            if (a.page == p && a.button == b) title = titleNumber.at(a.video);
           command = "g0 = " + std::to_string(p + 1) + "; g1 = " + Highlight(b + 1) +
                     "; jump title " + std::to_string(title) + ";";
           break;
@@ -95,11 +113,20 @@ std::string DvdauthorXml(const std::vector<MenuPage>& pages,
     }
     xml << "   </pgc>\n";
   }
-  xml << "  </menus>\n  <titles>\n   <video format=\"" << format << "\"/>\n";
-  for (const std::string& video : files.videos)
-    xml << "   <pgc>\n    <vob file=\"" << Escaped(video)
-        << "\"/>\n    <post>call menu entry root;</post>\n   </pgc>\n";
-  xml << "  </titles>\n </titleset>\n</dvdauthor>\n";
+  xml << "  </menus>\n </vmgm>\n";
+  for (const std::vector<size_t>& set : sets) {
+    const bool wide = files.titles[set.front()].aspect == Aspect::k16x9;
+    // A titleset's own root menu is what the menu key opens during its titles: the pages.
+    xml << " <titleset>\n  <menus>\n   <pgc entry=\"root\">\n"
+        << "    <pre>jump vmgm menu 1;</pre>\n   </pgc>\n  </menus>\n"
+        << "  <titles>\n   <video format=\"" << format << "\" aspect=\""
+        << (wide ? "16:9\" widescreen=\"nopanscan" : "4:3") << "\"/>\n";
+    for (size_t v : set)
+      xml << "   <pgc>\n    <vob file=\"" << Escaped(files.titles[v].file)
+          << "\"/>\n    <post>call vmgm menu 1;</post>\n   </pgc>\n";
+    xml << "  </titles>\n </titleset>\n";
+  }
+  xml << "</dvdauthor>\n";
   return xml.str();
 }
 

@@ -3,18 +3,20 @@
 
 #include "tools/ToolError.h"
 #include "tools/author/Programs.h"
+#include "tools/author/VideoPlan.h"
 
 #include <nlohmann/json.hpp>
 
+#include <cmath>
 #include <cstdlib>
-#include <set>
+#include <filesystem>
 
 namespace menutool::author {
 namespace {
 
 using nlohmann::json;
 
-json Probe(const std::string& ffprobe, const std::string& file, const char* what) {
+std::string ProbeText(const std::string& ffprobe, const std::string& file, const char* what) {
   std::string text;
   Invocation run{{ffprobe, "-v", "error", "-print_format", "json", "-show_format",
                   "-show_streams", FileArgument(file)}};
@@ -25,9 +27,7 @@ json Probe(const std::string& ffprobe, const std::string& file, const char* what
     throw ToolError(file, std::string("cannot read the ") + what +
                               (why.empty() ? "" : ": " + why));
   }
-  json facts = json::parse(text, nullptr, /*allow_exceptions=*/false);
-  if (facts.is_discarded()) throw ToolError(file, std::string("cannot read the ") + what);
-  return facts;
+  return text;
 }
 
 std::string Field(const json& object, const char* key) {
@@ -35,72 +35,118 @@ std::string Field(const json& object, const char* key) {
   return it != object.end() && it->is_string() ? it->get<std::string>() : std::string();
 }
 
-// "30000/1001" as a number of frames a second.
-double Rate(const std::string& fraction) {
-  const size_t slash = fraction.find('/');
-  const double top = std::atof(fraction.substr(0, slash).c_str());
-  const double bottom = slash == std::string::npos ? 1 : std::atof(fraction.c_str() + slash + 1);
-  return bottom > 0 ? top / bottom : 0;
+// "16:9" or "32/27" as a number; 0 for "0:1", "N/A" and the like.
+double Ratio(const std::string& text) {
+  const size_t mark = text.find_first_of(":/");
+  if (mark == std::string::npos) return 0;
+  const double top = std::atof(text.substr(0, mark).c_str());
+  const double bottom = std::atof(text.c_str() + mark + 1);
+  return top > 0 && bottom > 0 ? top / bottom : 0;
 }
 
-bool Near(double a, double b) { return a > b - 0.01 && a < b + 0.01; }
-
-std::optional<Standard> StandardOfRate(double fps) {
-  if (Near(fps, 25) || Near(fps, 50)) return Standard::kPal;
-  for (double ntsc : {30000.0 / 1001, 30.0, 60000.0 / 1001, 60.0, 24000.0 / 1001, 24.0})
-    if (Near(fps, ntsc)) return Standard::kNtsc;
-  return std::nullopt;
+// The quarter turn nearest to `degrees`, as 0, 90, 180 or 270. Only whether the picture lies on
+// its side matters for its shape; the direction is ffmpeg's to undo.
+int QuarterTurn(double degrees) {
+  const long quarters = std::lround(degrees / 90);
+  return static_cast<int>(((quarters % 4) + 4) % 4) * 90;
 }
 
 }  // namespace
 
-const char* StandardName(Standard standard) {
-  return standard == Standard::kNtsc ? "NTSC" : "PAL";
-}
-
-VideoFacts ProbeVideo(const std::string& ffprobe, const std::string& file) {
-  const json facts = Probe(ffprobe, file, "video");
+VideoFacts VideoFactsOf(const std::string& probeJson, const std::string& file, uint64_t bytes) {
+  const json facts = json::parse(probeJson, nullptr, /*allow_exceptions=*/false);
+  if (facts.is_discarded() || !facts.is_object())
+    throw ToolError(file, "cannot read the video");
   VideoFacts video;
-  video.seconds = std::atof(Field(facts.value("format", json::object()), "duration").c_str());
+  video.bytes = bytes;
+  const json format = facts.value("format", json::object());
+  video.container = Field(format, "format_name");
+  video.seconds = std::atof(Field(format, "duration").c_str());
   const json streams = facts.value("streams", json::array());
   const json* picture = nullptr;
-  bool soundFits = true;
-  static const std::set<std::string> kDvdSound = {"ac3", "mp2", "pcm_dvd"};
   for (const json& stream : streams) {
     const std::string type = Field(stream, "codec_type");
     if (type == "video" && !picture) picture = &stream;
-    if (type == "audio" && !kDvdSound.count(Field(stream, "codec_name"))) soundFits = false;
+    if (type == "audio")
+      video.sounds.push_back({Field(stream, "codec_name"),
+                              std::atoi(Field(stream, "sample_rate").c_str()),
+                              stream.value("channels", 0)});
   }
   if (!picture) throw ToolError(file, "cannot read the video: it has no picture stream");
-  const double fps = Rate(Field(*picture, "r_frame_rate"));
-  video.standard = StandardOfRate(fps);
-  const int width = picture->value("width", 0), height = picture->value("height", 0);
-  const bool ntsc = height == 480 && Near(fps, 30000.0 / 1001);
-  const bool pal = height == 576 && Near(fps, 25);
-  video.dvdReady = Field(facts.value("format", json::object()), "format_name") == "mpeg" &&
-                   Field(*picture, "codec_name") == "mpeg2video" && width == 720 &&
-                   (ntsc || pal) && soundFits;
+  video.codec = Field(*picture, "codec_name");
+  video.width = picture->value("width", 0);
+  video.height = picture->value("height", 0);
+  // The stream's base rate, unless it is a timing grid rather than a frame rate (variable-rate
+  // phone clips report 90000 or 120); then the average.
+  video.fps = Ratio(Field(*picture, "r_frame_rate"));
+  if (video.fps <= 0 || video.fps > 61) video.fps = Ratio(Field(*picture, "avg_frame_rate"));
+  if (const double pixel = Ratio(Field(*picture, "sample_aspect_ratio")); pixel > 0)
+    video.pixelAspect = pixel;
+  video.flaggedAspect = Ratio(Field(*picture, "display_aspect_ratio"));
+  const std::string fields = Field(*picture, "field_order");
+  video.interlaced = fields == "tt" || fields == "bb" || fields == "tb" || fields == "bt";
+  // Phones record upright video on its side with a display matrix (older files: a rotate tag).
+  const std::string tag = Field(picture->value("tags", json::object()), "rotate");
+  if (!tag.empty()) video.rotation = QuarterTurn(std::atof(tag.c_str()));
+  const json sides = picture->value("side_data_list", json::array());
+  for (const json& side : sides)
+    if (side.is_object() && side.contains("rotation") && side["rotation"].is_number())
+      video.rotation = QuarterTurn(side["rotation"].get<double>());
   return video;
 }
 
+VideoFacts ProbeVideo(const std::string& ffprobe, const std::string& file) {
+  std::error_code error;
+  const uintmax_t bytes = std::filesystem::file_size(file, error);
+  return VideoFactsOf(ProbeText(ffprobe, file, "video"), file, error ? 0 : bytes);
+}
+
 double ProbeAudioSeconds(const std::string& ffprobe, const std::string& file) {
-  const json facts = Probe(ffprobe, file, "music");
+  const json facts = json::parse(ProbeText(ffprobe, file, "music"), nullptr, false);
+  if (facts.is_discarded() || !facts.is_object()) throw ToolError(file, "cannot read the music");
   return std::atof(Field(facts.value("format", json::object()), "duration").c_str());
 }
 
 void ConvertVideo(const std::string& ffmpeg, const std::string& input, const std::string& output,
-                  Standard standard, double seconds,
+                  const VideoFacts& video, const VideoPlan& plan, double videoBitrate,
                   const std::function<void(double)>& progress) {
-  const bool ntsc = standard == Standard::kNtsc;
-  const std::string height = ntsc ? "480" : "576";
-  // Fits the picture into a 4:3 frame by its display aspect (dar), bars filling the rest; the
-  // menus are 4:3 and a DVD titleset has one aspect for all of its videos.
-  const std::string fit = "scale=w='if(gt(dar,4/3),720,trunc(720*dar*3/4/2)*2)':h='if(gt(dar,4/3),"
-                          "trunc(" + height + "*4/3/dar/2)*2," + height + ")',pad=720:" + height +
-                          ":(ow-iw)/2:(oh-ih)/2,setsar=" + (ntsc ? "8/9" : "16/15");
-  Invocation run{{ffmpeg, "-nostdin", "-v", "error", "-y", "-i", FileArgument(input), "-vf", fit, "-target",
-                  ntsc ? "ntsc-dvd" : "pal-dvd", "-aspect", "4:3", "-progress", "pipe:1",
-                  "-nostats", output}};
+  const bool ntsc = plan.standard == Standard::kNtsc;
+  std::vector<std::string> argv = {ffmpeg, "-nostdin", "-v", "error", "-y", "-i", FileArgument(input)};
+  if (plan.silent) {
+    argv.insert(argv.end(), {"-f", "lavfi"});
+    if (video.seconds > 0) argv.insert(argv.end(), {"-t", std::to_string(video.seconds)});
+    argv.insert(argv.end(), {"-i", "anullsrc=r=48000:cl=stereo"});
+  }
+  argv.insert(argv.end(), {"-map", "0:v:0", "-map", plan.silent ? "1:a:0" : "0:a:0"});
+  if (plan.treatment == Treatment::kNewSound) {
+    // The DVD muxer's settings that -target would give, without its picture size and rate,
+    // which a copied picture cannot take.
+    argv.insert(argv.end(), {"-c:v", "copy", "-f", "dvd", "-muxrate", "10080000",
+                             "-packetsize", "2048"});
+  } else {
+    // ffmpeg has already turned a rotated picture upright; it is made progressive, scaled
+    // whole into the frame, centred on black, and its pixels given the shape the frame's
+    // aspect needs (so the stream states exactly 4:3 or 16:9).
+    const bool wide = plan.aspect == Aspect::k16x9;
+    const char* pixel = ntsc ? (wide ? "32/27" : "8/9") : (wide ? "64/45" : "16/15");
+    const std::string fit = std::string(video.interlaced ? "yadif," : "") + "scale=" +
+                            std::to_string(plan.pictureWidth) + ":" +
+                            std::to_string(plan.pictureHeight) + ",pad=" +
+                            std::to_string(plan.frameWidth) + ":" +
+                            std::to_string(plan.frameHeight) + ":(ow-iw)/2:(oh-ih)/2,setsar=" +
+                            pixel;
+    argv.insert(argv.end(), {"-vf", fit, "-target", ntsc ? "ntsc-dvd" : "pal-dvd", "-b:v",
+                             std::to_string(static_cast<long>(videoBitrate)), "-aspect",
+                             AspectName(plan.aspect)});
+  }
+  // The sound resampled in step with its timestamps: else the AC-3 frames' times wander from
+  // the packets' by a tick now and then, which dvdauthor reports as going backwards.
+  argv.insert(argv.end(), {"-af", "aresample=async=1", "-c:a", "ac3", "-ar", "48000", "-ac",
+                           std::to_string(plan.channels), "-b:a",
+                           std::to_string(plan.soundBitrate), "-shortest", "-progress", "pipe:1",
+                           "-nostats", output});
+  Invocation run{argv};
+  const double seconds = video.seconds;
   run.onLine = [&](const std::string& line) {
     // "out_time_us=1234567" every half second or so, "progress=end" at the end.
     if (line.rfind("out_time_us=", 0) == 0 && seconds > 0) {

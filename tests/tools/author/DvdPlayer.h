@@ -59,8 +59,8 @@ class DvdPlayer {
   // The highlight of `button` of the current menu when selected (`activated` false) or
   // activated; none when the menu has no such button.
   std::optional<DrawnHighlight> Highlight(int button, bool activated);
-  // The aspect of the picture now playing: 0 for 4:3, 3 for 16:9.
-  int Aspect() { return dvdnav_get_video_aspect(m_nav); }
+  // The aspect the disc states for the picture playing now: 0 for 4:3, 3 for 16:9.
+  int VideoAspect() { return dvdnav_get_video_aspect(m_nav); }
 
  private:
   dvdnav_t* m_nav = nullptr;
