@@ -1,6 +1,8 @@
 # tolvex_add_test(NAME SOURCES src... [LIBS lib...]): one GoogleTest binary, registered with
 # CTest test by test. Every test binary gets the shared helpers of tests/support.
-find_package(GTest REQUIRED)
+if(NOT TARGET GTest::gtest)  # the Windows build makes its own
+  find_package(GTest REQUIRED)
+endif()
 include(GoogleTest)
 
 function(tolvex_add_test name)

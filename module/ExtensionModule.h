@@ -9,9 +9,6 @@
 
 #include <cstddef>
 
-using HMODULE = void*;
-using HINSTANCE = void*;
-
 // What the framework knows of one extension module.
 struct AFX_EXTENSION_MODULE {
   BOOL bInitialized = FALSE;

@@ -38,11 +38,11 @@ BOOL LibraryMain(HINSTANCE instance, Reason reason) {
 
 // An ELF constructor cannot refuse the load: a failed attach leaves the module unregistered.
 __attribute__((constructor)) void OnLoad() {
-  LibraryMain(const_cast<char*>(&kModuleAnchor), Reason::ProcessAttach);
+  LibraryMain(reinterpret_cast<HINSTANCE>(const_cast<char*>(&kModuleAnchor)), Reason::ProcessAttach);
 }
 
 __attribute__((destructor)) void OnUnload() {
-  LibraryMain(const_cast<char*>(&kModuleAnchor), Reason::ProcessDetach);
+  LibraryMain(reinterpret_cast<HINSTANCE>(const_cast<char*>(&kModuleAnchor)), Reason::ProcessDetach);
 }
 
 }  // namespace

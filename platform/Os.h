@@ -12,6 +12,15 @@
 
 #include "platform/Status.h"
 
+// <windows.h> makes CopyFile and ReplaceFile macros of its A and W functions; the names below
+// are ours.
+#ifdef CopyFile
+#  undef CopyFile
+#endif
+#ifdef ReplaceFile
+#  undef ReplaceFile
+#endif
+
 namespace tolvex::platform::os {
 
 // The largest profile file read, in bytes. Templates of a few megabytes are large; the limit

@@ -47,6 +47,10 @@ CString EncodeValue(Encoding encoding, unsigned int value) {
 
 CString EncodeValue(Encoding /*encoding*/, const CString& value) { return value; }
 
+CString EncodeValue(Encoding encoding, long value) {
+  return EncodeValue(encoding, static_cast<int>(value));
+}
+
 void DecodeValue(Encoding encoding, const char* text, int* value) {
   if (encoding == Encoding::Flag)
     *value = std::strcmp(text, "TRUE") == 0 || std::strcmp(text, "true") == 0;
@@ -61,6 +65,12 @@ void DecodeValue(Encoding encoding, const char* text, unsigned int* value) {
 }
 
 void DecodeValue(Encoding /*encoding*/, const char* text, CString* value) { *value = text; }
+
+void DecodeValue(Encoding encoding, const char* text, long* value) {
+  int decoded = 0;
+  DecodeValue(encoding, text, &decoded);
+  *value = decoded;
+}
 
 KeyName::KeyName(const char* pattern, const CString& fill) {
   const char* placeholder = std::strchr(pattern, '%');

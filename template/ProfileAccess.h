@@ -42,8 +42,11 @@ struct KeyFamily {
 CString EncodeValue(Encoding encoding, int value);
 CString EncodeValue(Encoding encoding, unsigned int value);
 CString EncodeValue(Encoding encoding, const CString& value);
+// The edges of a tagRECT are LONG, which Windows (LLP64) makes a 32-bit long.
+CString EncodeValue(Encoding encoding, long value);
 void DecodeValue(Encoding encoding, const char* text, int* value);
 void DecodeValue(Encoding encoding, const char* text, unsigned int* value);
+void DecodeValue(Encoding encoding, const char* text, long* value);
 void DecodeValue(Encoding encoding, const char* text, CString* value);
 
 // `value` as "%d" prints it.

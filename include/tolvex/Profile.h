@@ -1,18 +1,38 @@
-// The Windows profile-file functions and CopyFileA, as libTolvexProfile provides them on
-// systems without Win32. They read and write INI files exactly as Windows does, so a file
-// written by either side reads the same on the other. Safe to call from several threads and
-// processes at once: every change of a file is a locked, atomic replace.
+// The Windows profile-file functions and CopyFileA, as libTolvexProfile provides them. They
+// read and write INI files exactly as Windows does, so a file written by either side reads the
+// same on the other. Safe to call from several threads and processes at once: every change of
+// a file is a locked, atomic replace.
+//
+// On Windows the names GetPrivateProfileStringA, WritePrivateProfileStringA and CopyFileA are
+// kernel32's, which keep no lock, make no atomic replace and have no edits, so ours carry the
+// prefix Tolvex there (TolvexGetPrivateProfileStringA, ...). A program that defines
+// TOLVEX_OWN_PROFILE_NAMES before including this header calls ours by the Win32 names, as the
+// Tolvex libraries themselves do; without it, those names still reach kernel32.
 #ifndef TOLVEX_PROFILE_H
 #define TOLVEX_PROFILE_H
 
 #include <tolvex/WinTypes.h>
 
-#if !defined(_WIN32)
-#  define TOLVEX_PROFILE_API __attribute__((visibility("default")))
-
-#  ifdef __cplusplus
-extern "C" {
+#if defined(_WIN32)
+#  if defined(TOLVEX_BUILDING_PROFILE)
+#    define TOLVEX_PROFILE_API __declspec(dllexport)
+#  else
+#    define TOLVEX_PROFILE_API __declspec(dllimport)
 #  endif
+#  define TOLVEX_PROFILE_NAME(name) Tolvex##name
+#  if defined(TOLVEX_OWN_PROFILE_NAMES)
+#    define GetPrivateProfileStringA TolvexGetPrivateProfileStringA
+#    define WritePrivateProfileStringA TolvexWritePrivateProfileStringA
+#    define CopyFileA TolvexCopyFileA
+#  endif
+#else
+#  define TOLVEX_PROFILE_API __attribute__((visibility("default")))
+#  define TOLVEX_PROFILE_NAME(name) name
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
 
 // Reads the value of `key` in section `app` of `file` into `buf` (at most `size` - 1 bytes and
 // a terminating NUL) and returns the number of bytes before the NUL. When the file, section or
@@ -20,19 +40,21 @@ extern "C" {
 // With `app` NULL, lists the section names; with `key` NULL, lists the keys of `app`: each name
 // followed by NUL, the list ended by a second NUL, cut to fit `size` as Windows cuts it.
 // A file name without a directory part is looked up in the profile folder (see README).
-TOLVEX_PROFILE_API DWORD GetPrivateProfileStringA(LPCSTR app, LPCSTR key, LPCSTR def, LPSTR buf,
-                                                  DWORD size, LPCSTR file);
+TOLVEX_PROFILE_API DWORD TOLVEX_PROFILE_NAME(GetPrivateProfileStringA)(LPCSTR app, LPCSTR key,
+                                                                       LPCSTR def, LPSTR buf,
+                                                                       DWORD size, LPCSTR file);
 
 // Sets `key` in section `app` of `file` to `value`, creating the file, section and key as
 // needed; NULL `value` removes the key, NULL `key` removes the section. Only the line concerned
 // changes; every other byte of the file is kept. Returns FALSE and leaves the file unchanged
 // when it cannot be written (missing folder, read-only file, disk full, empty path).
-TOLVEX_PROFILE_API BOOL WritePrivateProfileStringA(LPCSTR app, LPCSTR key, LPCSTR value,
-                                                   LPCSTR file);
+TOLVEX_PROFILE_API BOOL TOLVEX_PROFILE_NAME(WritePrivateProfileStringA)(LPCSTR app, LPCSTR key,
+                                                                        LPCSTR value, LPCSTR file);
 
 // Copies `existing` to `newFile`. Returns FALSE when the source is missing, when
 // `failIfExists` is set and the target exists, or when the target is read-only.
-TOLVEX_PROFILE_API BOOL CopyFileA(LPCSTR existing, LPCSTR newFile, BOOL failIfExists);
+TOLVEX_PROFILE_API BOOL TOLVEX_PROFILE_NAME(CopyFileA)(LPCSTR existing, LPCSTR newFile,
+                                                       BOOL failIfExists);
 
 // Edits: many changes of one file written at once, with one atomic replace (the C form of
 // tolvex::TemplateEdit, <tolvex/TemplateEdit.h>, which describes them in full).
@@ -52,9 +74,8 @@ TOLVEX_PROFILE_API BOOL TolvexCommitProfileEdit(TolvexProfileEdit* edit);
 // Must be called by the thread that began the edit.
 TOLVEX_PROFILE_API void TolvexEndProfileEdit(TolvexProfileEdit* edit);
 
-#  ifdef __cplusplus
+#ifdef __cplusplus
 }
-#  endif
-#endif  // !_WIN32
+#endif
 
 #endif  // TOLVEX_PROFILE_H

@@ -1,10 +1,12 @@
 // The Win32 scalar types and geometry records that the Tolvex API is written in, for builds
-// without <windows.h>. On Windows the system's own definitions are used instead.
+// without <windows.h>. On Windows the system's own definitions are used instead, from
+// <windef.h> alone: the rest of <windows.h> (its function-name macros, min and max) stays out
+// of the programs that include our headers.
 #ifndef TOLVEX_WINTYPES_H
 #define TOLVEX_WINTYPES_H
 
 #if defined(_WIN32)
-#  include <windows.h>
+#  include <windef.h>
 #else
 #  include <stdint.h>
 
@@ -12,6 +14,8 @@ typedef uint32_t DWORD;
 typedef int BOOL;
 typedef const char* LPCSTR;
 typedef char* LPSTR;
+typedef void* HMODULE;
+typedef void* HINSTANCE;
 
 #  ifndef TRUE
 #    define TRUE 1

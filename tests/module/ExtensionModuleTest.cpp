@@ -9,6 +9,9 @@ extern AFX_EXTENSION_MODULE g_LibraryModule;
 
 namespace {
 
+// A module handle that stands for the module of `anchor`, an address inside it.
+HMODULE Handle(char* anchor) { return reinterpret_cast<HMODULE>(anchor); }
+
 TEST(ExtensionModule, LibraryIsRegisteredOnceWhenLoaded) {
   ASSERT_NE(g_LibraryModule.hModule, nullptr);
   EXPECT_EQ(RegisteredEntries(g_LibraryModule.hModule), 1u);
@@ -19,16 +22,16 @@ TEST(ExtensionModule, TermRemovesOnlyItsOwnModulesEntries) {
   AFX_EXTENSION_MODULE a, b;
   EXPECT_FALSE(AfxInitExtensionModule(a, nullptr));
   char anchorA = 0, anchorB = 0;
-  ASSERT_TRUE(AfxInitExtensionModule(a, &anchorA));
-  ASSERT_TRUE(AfxInitExtensionModule(b, &anchorB));
+  ASSERT_TRUE(AfxInitExtensionModule(a, Handle(&anchorA)));
+  ASSERT_TRUE(AfxInitExtensionModule(b, Handle(&anchorB)));
   new CDynLinkLibrary(a);
   new CDynLinkLibrary(a);
   new CDynLinkLibrary(b);
-  ASSERT_EQ(RegisteredEntries(&anchorA), 2u);
+  ASSERT_EQ(RegisteredEntries(Handle(&anchorA)), 2u);
 
   AfxTermExtensionModule(a);
-  EXPECT_EQ(RegisteredEntries(&anchorA), 0u);
-  EXPECT_EQ(RegisteredEntries(&anchorB), 1u);
+  EXPECT_EQ(RegisteredEntries(Handle(&anchorA)), 0u);
+  EXPECT_EQ(RegisteredEntries(Handle(&anchorB)), 1u);
   EXPECT_EQ(RegisteredEntries(g_LibraryModule.hModule), 1u);
 
   // With bAll every module goes, the library's own entry too: put it back for the unload hook.

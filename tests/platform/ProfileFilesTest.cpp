@@ -1,14 +1,14 @@
 // Where a profile path leads (profile folder for bare names, current folder otherwise), and
 // CopyFileA.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 #include <tolvex/Profile.h>
-#include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <optional>
 #include <string>
 
+#include "support/Environment.h"
 #include "support/TempDir.h"
 
 namespace tolvex::test {
@@ -19,9 +19,9 @@ class ScopedEnv {
  public:
   ScopedEnv(const char* name, const char* value) : m_name(name) {
     if (const char* old = std::getenv(name)) m_old = old;
-    value ? setenv(name, value, 1) : unsetenv(name);
+    SetEnvironment(name, value);
   }
-  ~ScopedEnv() { m_old ? setenv(m_name, m_old->c_str(), 1) : unsetenv(m_name); }
+  ~ScopedEnv() { SetEnvironment(m_name, m_old ? m_old->c_str() : nullptr); }
 
  private:
   const char* m_name;
@@ -37,36 +37,23 @@ std::string Read(const char* app, const char* key, const char* file) {
 TEST(ProfilePath, BareNameLivesInProfileFolderCreatedOnFirstWrite) {
   TempDir dir;
   const std::string folder = dir.File("profiles/tolvex");
-  {
-    ScopedEnv own("TOLVEX_PROFILE_DIR", folder.c_str());
-    EXPECT_EQ(Read("s", "k", "bare.ini"), "missing");
-    EXPECT_FALSE(FileExists(folder));
-    ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "own", "bare.ini"));
-    EXPECT_EQ(ReadFile(folder + "/bare.ini"), "[s]\r\nk=own\r\n");
-    EXPECT_EQ(Read("s", "k", "bare.ini"), "own");
-    EXPECT_FALSE(FileExists("bare.ini"));
-  }
-  ScopedEnv noOwn("TOLVEX_PROFILE_DIR", nullptr);
-  {
-    ScopedEnv xdg("XDG_CONFIG_HOME", dir.File("xdg").c_str());
-    ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "xdg", "bare.ini"));
-    EXPECT_EQ(Read("s", "k", dir.File("xdg/tolvex/bare.ini").c_str()), "xdg");
-  }
-  ScopedEnv noXdg("XDG_CONFIG_HOME", nullptr);
-  ScopedEnv home("HOME", dir.File("home").c_str());
-  ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "home", "bare.ini"));
-  EXPECT_EQ(Read("s", "k", dir.File("home/.config/tolvex/bare.ini").c_str()), "home");
+  ScopedEnv own("TOLVEX_PROFILE_DIR", folder.c_str());
+  EXPECT_EQ(Read("s", "k", "bare.ini"), "missing");
+  EXPECT_FALSE(FileExists(folder));
+  ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "own", "bare.ini"));
+  EXPECT_EQ(ReadFile(folder + "/bare.ini"), "[s]\r\nk=own\r\n");
+  EXPECT_EQ(Read("s", "k", "bare.ini"), "own");
+  EXPECT_FALSE(FileExists("bare.ini"));
 }
 
 TEST(ProfilePath, RelativePathWithSeparatorIsFromCurrentFolder) {
   TempDir dir;
-  char* old = getcwd(nullptr, 0);
-  ASSERT_EQ(chdir(dir.path().c_str()), 0);
-  ASSERT_EQ(mkdir("sub", 0755), 0);
+  const std::filesystem::path old = std::filesystem::current_path();
+  std::filesystem::current_path(dir.path());
+  ASSERT_TRUE(std::filesystem::create_directory("sub"));
   EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "v", "sub/r.ini"));
   EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "w", "./r.ini"));
-  ASSERT_EQ(chdir(old), 0);
-  free(old);
+  std::filesystem::current_path(old);
   EXPECT_EQ(ReadFile(dir.File("sub/r.ini")), "[s]\r\nk=v\r\n");
   EXPECT_EQ(ReadFile(dir.File("r.ini")), "[s]\r\nk=w\r\n");
 }
@@ -94,7 +81,7 @@ TEST(CopyFile, FailsForMissingSourceReadOnlyTargetAndBadPaths) {
 
   WriteFile(source, "[s]\r\n");
   WriteFile(target, "keep");
-  ASSERT_EQ(chmod(target.c_str(), 0444), 0);
+  MakeReadOnly(target);
   EXPECT_FALSE(CopyFileA(source.c_str(), target.c_str(), FALSE));
   EXPECT_EQ(ReadFile(target), "keep");
 
@@ -107,11 +94,9 @@ TEST(CopyFile, CopyOfReadOnlyFileIsReadOnly) {
   TempDir dir;
   const std::string source = dir.File("a.ini"), target = dir.File("b.ini");
   WriteFile(source, "[s]\r\nk=1\r\n");
-  ASSERT_EQ(chmod(source.c_str(), 0444), 0);
+  MakeReadOnly(source);
   ASSERT_TRUE(CopyFileA(source.c_str(), target.c_str(), FALSE));
-  struct stat info;
-  ASSERT_EQ(stat(target.c_str(), &info), 0);
-  EXPECT_EQ(info.st_mode & 0777, 0444u);
+  EXPECT_TRUE(IsReadOnly(target));
   EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "2", target.c_str()));
 }
 

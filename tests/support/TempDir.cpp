@@ -3,18 +3,28 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <sstream>
 
 namespace tolvex::test {
 
 TempDir::TempDir() {
-  std::string pattern = (std::filesystem::temp_directory_path() / "tolvex-test-XXXXXX").string();
-  if (!mkdtemp(pattern.data())) ADD_FAILURE() << "mkdtemp failed";
-  m_path = pattern;
+  // A new folder of a random name; create_directory fails on a name that is taken.
+  std::random_device seed;
+  std::mt19937_64 random((static_cast<uint64_t>(seed()) << 32) ^ seed());
+  const std::filesystem::path base = std::filesystem::temp_directory_path();
+  for (int attempt = 0; attempt < 100 && m_path.empty(); ++attempt) {
+    char name[32];
+    std::snprintf(name, sizeof name, "tolvex-test-%08llx",
+                  static_cast<unsigned long long>(random() & 0xffffffffu));
+    std::error_code error;
+    if (std::filesystem::create_directory(base / name, error)) m_path = (base / name).string();
+  }
+  if (m_path.empty()) ADD_FAILURE() << "no temporary folder could be made in " << base;
 }
 
 TempDir::~TempDir() {
@@ -40,6 +50,19 @@ void WriteFile(const std::string& path, const std::string& bytes) {
 bool FileExists(const std::string& path) {
   std::error_code ignored;
   return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
+}
+
+void MakeReadOnly(const std::string& path) {
+  std::filesystem::permissions(path, std::filesystem::perms::owner_write |
+                                         std::filesystem::perms::group_write |
+                                         std::filesystem::perms::others_write,
+                               std::filesystem::perm_options::remove);
+}
+
+bool IsReadOnly(const std::string& path) {
+  const auto writable = std::filesystem::perms::owner_write | std::filesystem::perms::group_write |
+                        std::filesystem::perms::others_write;
+  return (std::filesystem::status(path).permissions() & writable) == std::filesystem::perms::none;
 }
 
 }  // namespace tolvex::test

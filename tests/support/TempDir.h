@@ -26,6 +26,11 @@ class TempDir {
 std::string ReadFile(const std::string& path);
 void WriteFile(const std::string& path, const std::string& bytes);
 bool FileExists(const std::string& path);
+// Takes every write permission from `path`: the mode's write bits on POSIX, the read-only
+// attribute on Windows.
+void MakeReadOnly(const std::string& path);
+// Whether `path` has no write permission left.
+bool IsReadOnly(const std::string& path);
 
 }  // namespace tolvex::test
 

@@ -1,0 +1,141 @@
+// What only POSIX has: a write keeps the mode bits, owner and group of the file it replaces and
+// leaves symbolic links in place; a bare name without $TOLVEX_PROFILE_DIR follows the XDG
+// rules; FIFOs and devices are refused without waiting; a file-size rlimit fails the write
+// instead of killing the process.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <tolvex/Profile.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "platform/ChildProcess.h"
+#include "support/Environment.h"
+#include "support/TempDir.h"
+
+namespace tolvex::test {
+namespace {
+
+struct stat StatOf(const std::string& path) {
+  struct stat info {};
+  EXPECT_EQ(lstat(path.c_str(), &info), 0) << path;
+  return info;
+}
+
+std::string Read(const char* key, const std::string& file) {
+  char buffer[64];
+  GetPrivateProfileStringA("s", key, "<none>", buffer, sizeof buffer, file.c_str());
+  return buffer;
+}
+
+TEST(AtomicReplace, KeepsModeBitsAndNewFilesFollowUmask) {
+  TempDir dir;
+  const std::string path = dir.File("t.ini");
+  WriteFile(path, "[s]\r\nk=1\r\n");
+  ASSERT_EQ(chmod(path.c_str(), 0640), 0);
+  ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "2", path.c_str()));
+  EXPECT_EQ(StatOf(path).st_mode & 07777, 0640u);
+
+  TolvexProfileEdit* edit = TolvexBeginProfileEdit(path.c_str());
+  ASSERT_NE(edit, nullptr);
+  EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "3", path.c_str()));
+  EXPECT_TRUE(TolvexCommitProfileEdit(edit));
+  TolvexEndProfileEdit(edit);
+  EXPECT_EQ(StatOf(path).st_mode & 07777, 0640u);
+
+  mode_t old = umask(027);
+  ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "1", dir.File("new.ini").c_str()));
+  umask(old);
+  EXPECT_EQ(StatOf(dir.File("new.ini")).st_mode & 07777, 0640u);
+}
+
+TEST(AtomicReplace, KeepsOwnerAndGroupWhenRoot) {
+  if (geteuid() != 0) GTEST_SKIP() << "needs root to give a file away";
+  TempDir dir;
+  const std::string path = dir.File("t.ini");
+  WriteFile(path, "[s]\r\nk=1\r\n");
+  ASSERT_EQ(chown(path.c_str(), 65534, 65534), 0);
+  ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "2", path.c_str()));
+  EXPECT_EQ(StatOf(path).st_uid, 65534u);
+  EXPECT_EQ(StatOf(path).st_gid, 65534u);
+}
+
+TEST(AtomicReplace, SymbolicLinkStaysALinkToTheChangedFile) {
+  TempDir dir;
+  ASSERT_EQ(mkdir(dir.File("real").c_str(), 0755), 0);
+  WriteFile(dir.File("real/t.ini"), "[s]\r\nk=1\r\n");
+  ASSERT_EQ(symlink("real/t.ini", dir.File("link.ini").c_str()), 0);
+  ASSERT_EQ(symlink("real/later.ini", dir.File("dangling.ini").c_str()), 0);
+
+  ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "2", dir.File("link.ini").c_str()));
+  ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "3", dir.File("dangling.ini").c_str()));
+  EXPECT_TRUE(S_ISLNK(StatOf(dir.File("link.ini")).st_mode));
+  EXPECT_TRUE(S_ISLNK(StatOf(dir.File("dangling.ini")).st_mode));
+  EXPECT_EQ(ReadFile(dir.File("real/t.ini")), "[s]\r\nk=2\r\n");
+  EXPECT_EQ(ReadFile(dir.File("real/later.ini")), "[s]\r\nk=3\r\n");
+}
+
+TEST(AtomicReplace, CommitThroughALinkKeepsTheLink) {
+  TempDir dir;
+  WriteFile(dir.File("t.ini"), "[s]\r\n");
+  ASSERT_EQ(symlink("t.ini", dir.File("link.ini").c_str()), 0);
+  TolvexProfileEdit* edit = TolvexBeginProfileEdit(dir.File("link.ini").c_str());
+  ASSERT_NE(edit, nullptr);
+  EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "v", dir.File("t.ini").c_str()));
+  EXPECT_EQ(ReadFile(dir.File("t.ini")), "[s]\r\n");
+  EXPECT_TRUE(TolvexCommitProfileEdit(edit));
+  TolvexEndProfileEdit(edit);
+  EXPECT_TRUE(S_ISLNK(StatOf(dir.File("link.ini")).st_mode));
+  EXPECT_EQ(ReadFile(dir.File("t.ini")), "[s]\r\nk=v\r\n");
+}
+
+TEST(ProfilePath, BareNameWithoutOwnFolderFollowsXdgThenHome) {
+  TempDir dir;
+  const char* own = std::getenv("TOLVEX_PROFILE_DIR");
+  const char* xdgBefore = std::getenv("XDG_CONFIG_HOME");
+  const char* homeBefore = std::getenv("HOME");
+  const std::string saved[3] = {own ? own : "", xdgBefore ? xdgBefore : "",
+                                homeBefore ? homeBefore : ""};
+  SetEnvironment("TOLVEX_PROFILE_DIR", nullptr);
+  SetEnvironment("XDG_CONFIG_HOME", dir.File("xdg").c_str());
+  EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "xdg", "bare.ini"));
+  EXPECT_EQ(Read("k", dir.File("xdg/tolvex/bare.ini")), "xdg");
+  SetEnvironment("XDG_CONFIG_HOME", nullptr);
+  SetEnvironment("HOME", dir.File("home").c_str());
+  EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "home", "bare.ini"));
+  EXPECT_EQ(Read("k", dir.File("home/.config/tolvex/bare.ini")), "home");
+  SetEnvironment("TOLVEX_PROFILE_DIR", own ? saved[0].c_str() : nullptr);
+  SetEnvironment("XDG_CONFIG_HOME", xdgBefore ? saved[1].c_str() : nullptr);
+  SetEnvironment("HOME", homeBefore ? saved[2].c_str() : nullptr);
+}
+
+TEST(HostileFiles, FifosAndDevicesAreRefusedWithoutWaiting) {
+  TempDir dir;
+  const std::string fifo = dir.File("fifo.ini"), copy = dir.File("copy.ini");
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0644), 0);
+  for (const char* path : {fifo.c_str(), "/dev/zero", "/dev/null"}) {
+    SCOPED_TRACE(path);
+    char buffer[16];
+    EXPECT_EQ(GetPrivateProfileStringA("s", "k", "dflt", buffer, sizeof buffer, path), 4u);
+    EXPECT_STREQ(buffer, "dflt");
+    EXPECT_FALSE(CopyFileA(path, copy.c_str(), FALSE));
+    EXPECT_EQ(TolvexBeginProfileEdit(path), nullptr);
+  }
+  EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "v", fifo.c_str()));
+  EXPECT_FALSE(FileExists(copy));
+}
+
+TEST(FileSizeLimit, FailsTheWriteWithoutKillingTheProcess) {
+  TempDir dir;
+  const std::string path = dir.File("t.ini"), original = "; keep\r\n[s]\r\nk=1\r\n\r\n";
+  WriteFile(path, original);
+  Child child = SpawnChild("filesize", {path, std::to_string(original.size() + 64), "4096"});
+  ChildEnd end = WaitChild(child);
+  ASSERT_TRUE(end.exited) << "killed";
+  EXPECT_EQ(end.code, 0);
+  EXPECT_EQ(ReadFile(path), original);
+}
+
+}  // namespace
+}  // namespace tolvex::test
