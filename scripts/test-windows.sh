@@ -36,6 +36,8 @@ mkdir -p "$WINEPREFIX"
 wineserver -p
 trap 'wineserver -k 2>/dev/null || true' EXIT
 wineboot --init >/dev/null 2>&1 || true
+# Starts Wine's own services and waits for them, before two tests would start them at once.
+wine cmd /c exit >/dev/null 2>&1 || true
 
 cmake --build "$build" -j2
 ctest --test-dir "$build" -j2 --timeout 300 --output-on-failure
