@@ -15,7 +15,7 @@
 namespace tolvex::test {
 
 ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd,
-                   unsigned long fileSizeLimit) {
+                   unsigned long fileSizeLimit, unsigned timeLimit) {
   TempDir capture;
   const std::string out = capture.File("out"), err = capture.File("err");
   std::vector<char*> argv{const_cast<char*>(MENUTEMPLATE_TOOL)};
@@ -33,6 +33,7 @@ ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd,
       struct rlimit limit {fileSizeLimit, fileSizeLimit};
       if (setrlimit(RLIMIT_FSIZE, &limit) != 0) _exit(126);
     }
+    if (timeLimit) alarm(timeLimit);  // the alarm survives exec, and SIGALRM ends the tool
     execv(argv[0], argv.data());
     _exit(127);
   }
