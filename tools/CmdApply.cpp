@@ -22,11 +22,10 @@
 
 #include <nlohmann/json.hpp>
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
+#include <filesystem>
 #include <iostream>
 #include <set>
 #include <string_view>
@@ -237,8 +236,9 @@ std::vector<const Change*> AllChanges(const Plan& plan) {
 // each were added to the file as it is now), and warns, as set does, about texts longer than
 // the library reads back.
 void CheckTexts(const Plan& plan, const TemplatePath& file) {
-  struct stat info {};
-  unsigned long long size = stat(file.library().c_str(), &info) == 0 ? info.st_size : 0;
+  std::error_code error;
+  std::uintmax_t size = std::filesystem::file_size(file.library(), error);
+  if (error) size = 0;
   for (const Change* change : AllChanges(plan)) {
     if (!change->property->IsText() || !change->slots[0]) continue;
     size += change->slots[0]->text.size();
