@@ -32,6 +32,7 @@ Status RenderMenu(const std::string& templatePath) {
       s != Status::kOk) {
     return s;
   }
+  if (const Status s = CheckOutputIsOurs(output.path); s != Status::kOk) return s;
 
   SurfacePtr canvas;
   if (const Status s = PaintMenu(page, &canvas); s != Status::kOk) return s;

@@ -29,6 +29,7 @@ Status RenderMask(const std::string& templatePath) {
       s != Status::kOk) {
     return s;
   }
+  if (const Status s = CheckOutputIsOurs(output.path); s != Status::kOk) return s;
 
   const std::vector<uint8_t> rgb = PaintMask(page);
   const std::string bytes =

@@ -6,27 +6,42 @@
 // value of several parts may give only some of them (the others are kept). "file",
 // "layoutInUse" and a layout's "current" and "section" are what show found and are not
 // applied. The whole document is checked before anything is written, and an unknown name, a
-// value of the wrong kind or a write that fails changes nothing.
+// value of the wrong kind or a write that fails changes nothing. The document is untrusted
+// input: it is read within a size limit, its nesting is bounded before it is parsed (the parser
+// and the JSON values recurse), and a message repeats at most a short, escaped piece of it.
+#include "tools/BoundedInput.h"
 #include "tools/ButtonNumber.h"
 #include "tools/Commands.h"
+#include "tools/Echo.h"
 #include "tools/Properties.h"
 #include "tools/RawProfile.h"
 #include "tools/TemplateSession.h"
 #include "tools/ToolError.h"
 
+#include "renderer/InputFile.h"
+
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cctype>
 #include <cstdint>
-#include <fstream>
+#include <filesystem>
 #include <iostream>
-#include <iterator>
 #include <set>
+#include <string_view>
 
 namespace menutool {
 namespace {
 
 using nlohmann::json;
+
+// A document of changes is never larger than the template it is applied to may become: the
+// renderer reads no template over this size.
+constexpr std::size_t kMaxChangesBytes = tolvex::render::kMaxTemplateBytes;
+// How deeply arrays and objects may nest. A page nests 5 deep (layouts, a layout, its buttons,
+// a button, a rectangle); the limit leaves room for that and keeps the parser's recursion,
+// and that of the values it builds, far from the end of the stack.
+constexpr std::size_t kMaxDepth = 32;
 
 // One property to write: its values by slot, those the document leaves out still empty.
 struct Change {
@@ -60,15 +75,15 @@ class Reader {
     Plan plan;
     for (const auto& [name, member] : document.items()) {
       if (name == "page") {
-        ReadScope(member, name, Scope::kPage, 0, &plan.page);
+        ReadScope(member, name, Scope::kPage, 0, &plan.page, false);
       } else if (name == "prev" || name == "next") {
-        ReadScope(member, name, Scope::kNav, name == "next", &plan.page);
+        ReadScope(member, name, Scope::kNav, name == "next", &plan.page, false);
       } else if (name == "layouts") {
         Require(member.is_array(), name, "is not an array");
         for (std::size_t i = 0; i < member.size(); ++i)
           plan.layouts.push_back(ReadLayout(member[i], name + "[" + std::to_string(i) + "]"));
       } else {
-        Require(name == "file" || name == "layoutInUse", name, "is not part of a page");
+        Require(name == "file" || name == "layoutInUse", Echo(name), "is not part of a page");
       }
     }
     return plan;
@@ -84,7 +99,7 @@ class Reader {
     Require(value.is_number_integer() &&
                 !(value.is_number_unsigned() && value.get<unsigned long long>() > UINT32_MAX) &&
                 value.get<long long>() >= lo && value.get<long long>() <= hi,
-            at, value.dump() + " is not a whole number from " + std::to_string(lo) + " to " +
+            at, EchoJson(value) + " is not a whole number from " + std::to_string(lo) + " to " +
                     std::to_string(hi));
     return value.get<long long>();
   }
@@ -117,25 +132,26 @@ class Reader {
           const std::string here = at + ".buttons[" + std::to_string(i) + "]";
           const json& button = member[i];
           Require(button.is_object(), here, "is not an object");
-          json properties = button;
-          properties.erase("index");
-          properties.erase("button");
-          ReadScope(properties, here, Scope::kButton, ButtonIndex(button, here),
-                    &changes.buttons);
+          ReadScope(button, here, Scope::kButton, ButtonIndex(button, here), &changes.buttons,
+                    true);
         }
       } else {
-        Require(name == "count" || name == "current" || name == "section", at + "." + name,
+        Require(name == "count" || name == "current" || name == "section",
+                at + "." + Echo(name),
                 "is not part of a layout");
       }
     }
     return changes;
   }
 
+  // The properties of one scope; a button's "index" and "button" (`isButton`) say which
+  // button it is and are no properties.
   void ReadScope(const json& object, const std::string& at, Scope scope, unsigned where,
-                 std::vector<Change>* out) {
+                 std::vector<Change>* out, bool isButton) {
     Require(object.is_object(), at, "is not an object");
     for (const auto& [name, value] : object.items()) {
-      const std::string here = at + "." + name;
+      if (isButton && (name == "index" || name == "button")) continue;
+      const std::string here = at + "." + Echo(name);
       const Property* property = nullptr;
       for (const Property& p : Properties())
         if (p.scope == scope && p.ShortName() == name) property = &p;
@@ -158,9 +174,10 @@ class Reader {
     for (const auto& [name, part] : value.items()) {
       std::size_t slot = 0;
       while (slot < slots.size() && Lower(slots[slot].name) != name) ++slot;
-      Require(slot < slots.size(), at + "." + name,
+      Require(slot < slots.size(), at + "." + Echo(name),
               "is not one of " + Lower(property.ValueNames()));
-      if (!part.is_null()) change.slots[slot] = Take(slots[slot].kind, part, at + "." + name);
+      if (!part.is_null())
+        change.slots[slot] = Take(slots[slot].kind, part, at + "." + Echo(name));
     }
     return change;
   }
@@ -175,18 +192,65 @@ class Reader {
   const std::string& m_source;
 };
 
-json Load(const std::string& source) {
-  std::string text;
-  if (source == "-") {
-    text.assign(std::istreambuf_iterator<char>(std::cin), {});
-  } else {
-    std::ifstream in(source, std::ios::binary);
-    if (!in) throw ToolError(source, "cannot read the changes");
-    text.assign(std::istreambuf_iterator<char>(in), {});
+// How deeply arrays and objects nest in the JSON text, found by one pass over it (strings
+// skipped) and given up past `limit`; nothing is built, so any depth is safe to measure.
+std::size_t NestingDepth(std::string_view text, std::size_t limit) {
+  std::size_t depth = 0, deepest = 0;
+  bool inString = false;
+  for (std::size_t i = 0; i < text.size() && deepest <= limit; ++i) {
+    const char c = text[i];
+    if (inString) {
+      if (c == '\\') ++i;
+      else if (c == '"') inString = false;
+    } else if (c == '"') {
+      inString = true;
+    } else if (c == '[' || c == '{') {
+      deepest = std::max(deepest, ++depth);
+    } else if ((c == ']' || c == '}') && depth > 0) {
+      --depth;
+    }
   }
+  return deepest;
+}
+
+json Load(const std::string& source) {
+  const std::string text = ReadBoundedInput(source, kMaxChangesBytes, "the changes");
+  if (NestingDepth(text, kMaxDepth) > kMaxDepth)
+    throw ToolError(source, "nests arrays and objects more than " + std::to_string(kMaxDepth) +
+                                " deep (a page's changes nest 5 deep)");
   json document = json::parse(text, nullptr, /*allow_exceptions=*/false);
   if (document.is_discarded()) throw ToolError(source, "is not valid JSON");
   return document;
+}
+
+// The changes in the order they are written.
+std::vector<const Change*> AllChanges(const Plan& plan) {
+  std::vector<const Change*> all;
+  for (const Change& change : plan.page) all.push_back(&change);
+  for (const LayoutChanges& layout : plan.layouts)
+    for (const Change& change : layout.buttons) all.push_back(&change);
+  return all;
+}
+
+// Refuses texts that would take the template past the size the renderer reads (counted as if
+// each were added to the file as it is now), and warns, as set does, about texts longer than
+// the library reads back.
+void CheckTexts(const Plan& plan, const TemplatePath& file) {
+  std::error_code error;
+  std::uintmax_t size = std::filesystem::file_size(file.library(), error);
+  if (error) size = 0;
+  for (const Change* change : AllChanges(plan)) {
+    if (!change->property->IsText() || !change->slots[0]) continue;
+    size += change->slots[0]->text.size();
+    if (size > tolvex::render::kMaxTemplateBytes)
+      throw ToolError(file.given(), change->label + ": " +
+                                        std::to_string(change->slots[0]->text.size()) +
+                                        " characters would make the template larger than the " +
+                                        std::to_string(tolvex::render::kMaxTemplateBytes >> 20) +
+                                        " MB the renderer reads");
+    if (auto warning = change->property->ReadBackWarning({*change->slots[0]}))
+      std::cerr << "menutemplate: warning: " << change->label << " " << *warning << "\n";
+  }
 }
 
 // Writes one change; a value the document leaves out is taken from the template.
@@ -214,6 +278,7 @@ void Write(TemplateSession& edit, const Change& change, const TemplatePath& file
 int RunApply(const std::string& file, const std::string& changes) {
   TemplatePath path(file);
   const Plan plan = Reader(changes).Read(Load(changes));
+  CheckTexts(plan, path);
 
   TemplateSession edit(path, TemplateSession::Purpose::kChange);
   for (const Change& change : plan.page) Write(edit, change, path);

@@ -5,10 +5,16 @@
 // titles cut off or running over a neighbour (measured with the renderer's own text layout);
 // fonts that are not installed; colours beyond 255; a layout sized for the other standard;
 // pictures and outputs that cannot be used; values that read as missing because they hold
-// "default", and texts that the library's 80- or 1000-byte read buffers will cut.
+// "default", and texts that the library's 80- or 1000-byte read buffers will cut; outputs that
+// lie outside the template's folder. A template is untrusted input: one larger than the
+// renderer reads is refused unread, overlaps are searched for through a grid of the canvas
+// rather than pair by pair, and findings of one kind are listed a few times and then counted,
+// so time, memory and the report grow no faster than the page.
 // Exit 0 when clean, 1 with warnings, 2 with errors (render refuses the page then).
+#include "tools/BoxGrid.h"
 #include "tools/Canvas.h"
 #include "tools/Commands.h"
+#include "tools/Echo.h"
 #include "tools/PageReader.h"
 #include "tools/PageTitles.h"
 #include "tools/PictureCheck.h"
@@ -17,10 +23,14 @@
 #include "tools/TemplateSession.h"
 #include "tools/ToolError.h"
 
+#include "renderer/InputFile.h"
 #include "renderer/Page.h"
 
 #include <algorithm>
+#include <cctype>
+#include <filesystem>
 #include <iostream>
+#include <map>
 #include <set>
 #include <sstream>
 
@@ -29,22 +39,59 @@ namespace {
 
 enum class Severity { kWarning, kError };
 
+// How many findings of one kind are listed; the others are counted in one line at the end.
+constexpr int kListed = 20;
+
 class Report {
  public:
   Report(const std::string& file, std::ostream& out) : m_file(file), m_out(out) {}
   void Add(Severity severity, const std::string& where, const std::string& what) {
     (severity == Severity::kError ? m_errors : m_warnings)++;
-    m_out << m_file << ": " << (severity == Severity::kError ? "error" : "warning") << ": "
-              << (where.empty() ? "" : where + ": ") << what << "\n";
+    const std::string finding = (where.empty() ? "" : where + ": ") + what;
+    auto [kind, added] = m_kinds.try_emplace(KindOf(severity, finding), 0);
+    if (added) m_order.push_back(kind);
+    if (++kind->second <= kListed) m_out << m_file << ": " << Name(severity) << ": " << finding << "\n";
+  }
+  // The counts of the findings that were not listed.
+  void Finish() {
+    for (const auto& kind : m_order)
+      if (kind->second > kListed)
+        m_out << m_file << ": " << Name(kind->first.first) << ": " << kind->second - kListed
+              << " more like \"" << kind->first.second << "\", not listed\n";
   }
   int Status() const { return m_errors ? kExitError : m_warnings ? kExitMissing : kExitOk; }
   int errors() const { return m_errors; }
 
  private:
+  using Kinds = std::map<std::pair<Severity, std::string>, int>;
+  static const char* Name(Severity severity) {
+    return severity == Severity::kError ? "error" : "warning";
+  }
+  // A finding with its numbers and quoted names taken out: what findings of a kind share.
+  static Kinds::key_type KindOf(Severity severity, const std::string& finding) {
+    std::string kind;
+    bool quoted = false;
+    for (char c : finding) {
+      if (c == '\'') {
+        if (!quoted) kind += "'...'";
+        quoted = !quoted;
+      } else if (quoted) {
+        continue;
+      } else if (std::isdigit(static_cast<unsigned char>(c))) {
+        if (kind.empty() || kind.back() != '#') kind += '#';
+      } else {
+        kind += c;
+      }
+    }
+    return {severity, kind};
+  }
+
   std::string m_file;
   std::ostream& m_out;
   int m_errors = 0;
   int m_warnings = 0;
+  Kinds m_kinds;
+  std::vector<Kinds::iterator> m_order;  // the kinds in the order first found
 };
 
 std::string RectText(const tagRECT& r) {
@@ -69,10 +116,6 @@ namespace render = tolvex::render;
 render::Rect ToRender(const tagRECT& r) {
   return {std::min(r.left, r.right), std::min(r.top, r.bottom), std::max(r.left, r.right),
           std::max(r.top, r.bottom)};
-}
-bool Covers(const render::Rect& a, const render::Rect& b) {
-  return !a.Empty() && !b.Empty() && a.left < b.right && b.left < a.right && a.top < b.bottom &&
-         b.top < a.bottom;
 }
 bool Inside(const render::Rect& inner, const tagRECT& outer) {
   return inner.left >= outer.left && inner.top >= outer.top && inner.right <= outer.right &&
@@ -164,19 +207,27 @@ class Checker {
                                                : PictureProblem(path);
       if (!problem) continue;
       m_report.Add(Severity::kError, Join(place, reading.property->ShortName()),
-                   "'" + name + "' " + *problem +
-                       (*problem == "does not exist" ? " (looked for " : " (") + path + ")");
+                   "'" + Echo(name) + "' " + *problem +
+                       (*problem == "does not exist" ? " (looked for " : " (") + Echo(path) + ")");
     }
   }
 
   // The rendered pictures go where "OutputBmp" and "OutMask" say; their folder must be there.
+  // A template from elsewhere may aim them at any file ("../.bashrc"), which a render replaces
+  // (the renderer replaces only pictures it could have made, but a user should know).
   void CheckOutputs() {
     for (const char* name : {"output", "mask"}) {
       const Reading* reading = m_page.FindPage(name);
       if (!reading || reading->values[0].text.empty()) continue;
-      std::string path = m_file.Resolve(reading->values[0].text);
+      const std::string& given = reading->values[0].text;
+      std::string path = m_file.Resolve(given);
       if (std::optional<std::string> problem = OutputProblem(path))
-        m_report.Add(Severity::kError, name, "'" + reading->values[0].text + "' cannot be written: " + *problem);
+        m_report.Add(Severity::kError, name, "'" + Echo(given) + "' cannot be written: " + Echo(*problem));
+      const std::filesystem::path relative = std::filesystem::path(given).lexically_normal();
+      if (relative.is_absolute() || (!relative.empty() && *relative.begin() == ".."))
+        m_report.Add(Severity::kWarning, name,
+                     "'" + Echo(given) + "' lies outside the template's folder; rendering "
+                     "writes " + Echo(path));
     }
   }
 
@@ -216,8 +267,8 @@ class Checker {
     if (std::optional<std::string> standIn = FontStandIn(title);
         standIn && m_fontsReported.insert(title.fontName).second)
       m_report.Add(Severity::kWarning, place,
-                   "font '" + title.fontName + "' is not installed; " +
-                       (*standIn == "no font at all" ? *standIn : "'" + *standIn + "'") +
+                   "font '" + Echo(title.fontName) + "' is not installed; " +
+                       (*standIn == "no font at all" ? *standIn : "'" + Echo(*standIn) + "'") +
                        " is drawn instead");
     std::string cut;
     if (box.left < 0) cut = "left";
@@ -312,8 +363,15 @@ class Checker {
       m_report.Add(Severity::kWarning, where,
                    std::to_string(layout.buttons.size()) + " buttons found for a count of " +
                        std::to_string(layout.count));
+    // Buttons and titles are found on the canvas through grids; a search stops once it has
+    // found more than are listed, which bounds its cost whatever the layout.
+    const render::Rect canvas{0, 0, m_canvas.width, m_canvas.height};
+    BoxGrid buttons(canvas);
     std::vector<Placed> placed = navs;
+    for (std::size_t k = 0; k < placed.size(); ++k)
+      if (IsProper(placed[k].rect)) buttons.Add(k, ToRender(placed[k].rect));
     std::vector<PlacedTitle> titles;
+    int overlaps = 0;
     for (const ButtonReading& button : layout.buttons) {
       std::string name = button.Name();
       std::string place = Join(where, name);
@@ -332,9 +390,14 @@ class Checker {
       Placed here{name, RectOf(*rect)};
       CheckRect(here, where);
       CheckLook(here, button.properties, place);
-      for (const Placed& other : placed)
-        if (IsProper(here.rect) && IsProper(other.rect) && Overlap(here.rect, other.rect))
-          m_report.Add(Severity::kError, place, "overlaps the " + other.name);
+      if (IsProper(here.rect)) {
+        if (Searching(&overlaps, where, "overlapping buttons"))
+          for (std::size_t k : buttons.Find(ToRender(here.rect))) {
+            m_report.Add(Severity::kError, place, "overlaps the " + placed[k].name);
+            ++overlaps;
+          }
+        buttons.Add(placed.size(), ToRender(here.rect));
+      }
       placed.push_back(here);
       const render::Rect box =
           CheckTitle(TitleOf(button.properties, FullText("button.title", button.index, layout.count)),
@@ -342,16 +405,34 @@ class Checker {
       if (!box.Empty()) titles.push_back({name, box});
     }
     // A title over another button, or over another button's title, spoils both.
+    BoxGrid titleGrid(canvas);
+    for (std::size_t i = 0; i < titles.size(); ++i) titleGrid.Add(i, titles[i].box);
+    int runs = 0;
     for (std::size_t i = 0; i < titles.size(); ++i) {
       const std::string place = Join(where, titles[i].owner + ", title");
-      for (const Placed& other : placed)
-        if (other.name != titles[i].owner && IsProper(other.rect) &&
-            Covers(titles[i].box, ToRender(other.rect)))
-          m_report.Add(Severity::kError, place, "runs over the " + other.name);
-      for (std::size_t j = i + 1; j < titles.size(); ++j)
-        if (Covers(titles[i].box, titles[j].box))
+      if (!Searching(&runs, where, "titles running over buttons or titles")) break;
+      for (std::size_t k : buttons.Find(titles[i].box))
+        if (placed[k].name != titles[i].owner) {
+          m_report.Add(Severity::kError, place, "runs over the " + placed[k].name);
+          ++runs;
+        }
+      for (std::size_t j : titleGrid.Find(titles[i].box))
+        if (j > i) {
           m_report.Add(Severity::kError, place, "runs over the title of " + titles[j].owner);
+          ++runs;
+        }
     }
+  }
+
+  // Whether to search on, having found `*found` of `what`: once more were found than are
+  // listed, says that the rest are not searched for (once) and gives up.
+  bool Searching(int* found, const std::string& where, const char* what) {
+    if (*found <= kListed) return true;
+    if (*found != INT32_MAX)
+      m_report.Add(Severity::kError, where,
+                   std::string("more ") + what + " than are listed; not all were looked for");
+    *found = INT32_MAX;
+    return false;
   }
 
   void CheckRect(const Placed& button, const std::string& where) {
@@ -395,10 +476,18 @@ class Checker {
 
 int CheckTemplate(const std::string& file, std::ostream& out, int* errors) {
   TemplatePath path(file);
+  // Not even read when the renderer would refuse it.
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(path.library(), error);
+  if (!error && size > tolvex::render::kMaxTemplateBytes)
+    throw ToolError(file, "is " + std::to_string(size >> 20) + " MB, more than the " +
+                              std::to_string(tolvex::render::kMaxTemplateBytes >> 20) +
+                              " MB a template may have for the renderer; not checked");
   TemplateSession session(path, TemplateSession::Purpose::kRead);
   PageReading page = ReadPage(session);
   Report report(file, out);
   Checker(path, session.path(), page, &report).Run();
+  report.Finish();
   if (errors) *errors = report.errors();
   return report.Status();
 }

@@ -71,12 +71,8 @@ void RequireLayout(const Target& target, const TemplatePath& file) {
 // What will not read back as written, said before the command ends: a text longer than the
 // buffer the library reads it with.
 void WarnAboutReadBack(const Target& target, const Values& values) {
-  const Property& property = *target.property;
-  if (!property.IsText()) return;
-  const std::size_t kept = static_cast<std::size_t>(property.readBuffer - 1);
-  if (values[0].text.size() > kept)
-    std::cerr << "menutemplate: warning: " << target.label << " has " << values[0].text.size()
-              << " characters; only the first " << kept << " are read back\n";
+  if (std::optional<std::string> warning = target.property->ReadBackWarning(values))
+    std::cerr << "menutemplate: warning: " << target.label << " " << *warning << "\n";
 }
 
 // After the mode changed to `ntsc` (or PAL): scales the layout with `rescale`, else warns when

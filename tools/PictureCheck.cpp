@@ -96,6 +96,7 @@ std::optional<std::string> PictureProblem(const std::string& path) {
       header.width * header.height > render::kMaxPicturePixels)
     return "claims " + std::to_string(header.width) + "x" + std::to_string(header.height) +
            " pixels, more than a picture may have";
+  if (!header.dataProblem.empty()) return header.dataProblem;
 
   GError* error = nullptr;
   GdkPixbufLoader* loader =

@@ -268,6 +268,14 @@ const Property* FindProperty(const std::string& name) {
   return it == table.end() ? nullptr : &*it;
 }
 
+std::optional<std::string> Property::ReadBackWarning(const Values& values) const {
+  if (!IsText() || values.empty()) return std::nullopt;
+  const std::size_t kept = static_cast<std::size_t>(readBuffer - 1);
+  if (values[0].text.size() <= kept) return std::nullopt;
+  return "has " + std::to_string(values[0].text.size()) + " characters; only the first " +
+         std::to_string(kept) + " are read back";
+}
+
 std::string PropertyList() {
   std::ostringstream out;
   out << "Properties of get and set (show prints them all):";

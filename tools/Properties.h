@@ -53,6 +53,9 @@ struct Property {
   std::string ValueNames() const;
   // Holds texts the library reads with a fixed buffer (the titles, font names, file names).
   bool IsText() const { return slots.size() == 1 && slots[0].kind == Kind::kText; }
+  // What of `values`, about to be written, will not read back as written: "has 100
+  // characters; only the first 79 are read back" for a text longer than the read buffer.
+  std::optional<std::string> ReadBackWarning(const Values& values) const;
 };
 
 const std::vector<Property>& Properties();

@@ -1,6 +1,7 @@
 // Parsing and printing of property values (see Values.h).
 #include "tools/Values.h"
 
+#include "tools/Echo.h"
 #include "tools/JsonText.h"
 
 #include <cerrno>
@@ -16,13 +17,13 @@ std::optional<long long> ParseInteger(const std::string& word, long long lo, lon
                                       std::string* why) {
   std::size_t digits = (!word.empty() && word[0] == '-') ? 1 : 0;
   if (word.size() == digits || word.find_first_not_of("0123456789", digits) != std::string::npos) {
-    *why = "'" + word + "' is not a number";
+    *why = "'" + Echo(word) + "' is not a number";
     return std::nullopt;
   }
   errno = 0;
   long long n = std::strtoll(word.c_str(), nullptr, 10);
   if (errno == ERANGE || n < lo || n > hi) {
-    *why = "'" + word + "' is out of range (" + std::to_string(lo) + ".." + std::to_string(hi) +
+    *why = "'" + Echo(word) + "' is out of range (" + std::to_string(lo) + ".." + std::to_string(hi) +
            ")";
     return std::nullopt;
   }
@@ -34,7 +35,7 @@ std::optional<long long> ParseFlag(const std::string& word, std::string* why) {
     if (word == yes) return 1;
   for (const char* no : {"no", "false", "off", "0"})
     if (word == no) return 0;
-  *why = "'" + word + "' is not yes or no";
+  *why = "'" + Echo(word) + "' is not yes or no";
   return std::nullopt;
 }
 
@@ -71,7 +72,7 @@ std::optional<Value> ParseValue(Kind kind, const std::string& word, std::string*
     case Kind::kMode:
       if (word == "ntsc" || word == "NTSC") number = 1;
       else if (word == "pal" || word == "PAL") number = 0;
-      else *why = "'" + word + "' is neither ntsc nor pal";
+      else *why = "'" + Echo(word) + "' is neither ntsc nor pal";
       break;
   }
   if (!number) return std::nullopt;
@@ -154,7 +155,7 @@ std::optional<Value> ValueFromJson(Kind kind, const nlohmann::json& json, std::s
   }
   static const char* const expected[] = {"a string", "an integer", "an integer", "true or false",
                                          "\"ntsc\" or \"pal\""};
-  *why = json.dump() + " is not " + expected[static_cast<int>(kind)];
+  *why = EchoJson(json) + " is not " + expected[static_cast<int>(kind)];
   return std::nullopt;
 }
 
