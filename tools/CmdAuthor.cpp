@@ -137,12 +137,12 @@ void RequirePlainFile(const std::string& file, const std::string& what) {
 int CheckPage(const MenuPage& page) {
   std::ostringstream findings;
   int errors = 0;
-  CheckTemplate(page.copy, findings, &errors);
+  CheckScope scope;
+  scope.layoutInUseOnly = true;  // the only one rendered
+  scope.name = page.given;
+  CheckTemplate(page.copy, findings, &errors, scope);
   std::istringstream lines(findings.str());
-  for (std::string line; std::getline(lines, line);) {
-    if (line.rfind(page.copy + ": ", 0) == 0) line = page.given + line.substr(page.copy.size());
-    std::cout << "      " << line << "\n";
-  }
+  for (std::string line; std::getline(lines, line);) std::cout << "      " << line << "\n";
   return errors;
 }
 

@@ -132,8 +132,9 @@ class Checker {
  public:
   // `edited` is the name under which the session reaches the template's edit.
   Checker(const TemplatePath& file, const std::string& edited, const PageReading& page,
-          Report* report)
-      : m_file(file), m_edited(edited), m_page(page), m_report(*report) {}
+          bool layoutInUseOnly, Report* report)
+      : m_file(file), m_edited(edited), m_page(page), m_layoutInUseOnly(layoutInUseOnly),
+        m_report(*report) {}
 
   void Run() {
     CheckCounts();
@@ -148,7 +149,8 @@ class Checker {
     CheckTitle(TitleOf(m_page.page, FullText("title", 0, 0)),
                {0, 0, m_canvas.width, m_canvas.height}, "title");
     std::vector<Placed> navs = NavButtons();
-    for (const LayoutReading& layout : m_page.layouts) CheckLayout(layout, navs);
+    for (const LayoutReading& layout : m_page.layouts)
+      if (layout.current || !m_layoutInUseOnly) CheckLayout(layout, navs);
     if (std::optional<std::string> why = SizedForOtherStandard(m_page, m_canvas))
       m_report.Add(Severity::kWarning, "mode",
                    *why + " ('set mode " + (m_canvas.height == Canvas::Ntsc().height ? "ntsc" : "pal") +
@@ -467,6 +469,7 @@ class Checker {
   const TemplatePath& m_file;
   const std::string& m_edited;
   const PageReading& m_page;
+  bool m_layoutInUseOnly;
   Report& m_report;
   Canvas m_canvas = Canvas::Ntsc();
   std::set<std::string> m_fontsReported;  // a missing font is named once
@@ -474,7 +477,8 @@ class Checker {
 
 }  // namespace
 
-int CheckTemplate(const std::string& file, std::ostream& out, int* errors) {
+int CheckTemplate(const std::string& file, std::ostream& out, int* errors,
+                  const CheckScope& scope) {
   TemplatePath path(file);
   // Not even read when the renderer would refuse it.
   std::error_code error;
@@ -485,8 +489,8 @@ int CheckTemplate(const std::string& file, std::ostream& out, int* errors) {
                               " MB a template may have for the renderer; not checked");
   TemplateSession session(path, TemplateSession::Purpose::kRead);
   PageReading page = ReadPage(session);
-  Report report(file, out);
-  Checker(path, session.path(), page, &report).Run();
+  Report report(scope.name.empty() ? file : scope.name, out);
+  Checker(path, session.path(), page, scope.layoutInUseOnly, &report).Run();
   report.Finish();
   if (errors) *errors = report.errors();
   return report.Status();

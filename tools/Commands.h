@@ -37,9 +37,15 @@ int RunGet(const PropertyOptions& options);
 int RunSet(const PropertyOptions& options);
 int RunShow(const std::string& file, bool json);
 int RunCheck(const std::string& file);
+// What CheckTemplate judges, and the name it gives the file in its findings.
+struct CheckScope {
+  bool layoutInUseOnly = false;  // the other layouts are never drawn (author's copy of a page)
+  std::string name;              // empty: the file's own
+};
 // check's findings on `out`, one line each; returns check's exit status and, in `errors`, how
-// many findings were errors. For render, which refuses a page with errors.
-int CheckTemplate(const std::string& file, std::ostream& out, int* errors);
+// many findings were errors. For render and author, which refuse a page with errors.
+int CheckTemplate(const std::string& file, std::ostream& out, int* errors,
+                  const CheckScope& scope = {});
 // `changes` is a JSON file in the shape show --json prints, or "-" for the standard input.
 int RunApply(const std::string& file, const std::string& changes);
 int RunRender(const std::string& file, const std::string& preview, bool force);

@@ -42,10 +42,6 @@ bool WriteRawValue(const std::string& path, const std::string& section, const st
                                     path.c_str()) != 0;
 }
 
-bool RemoveSection(const std::string& path, const std::string& section) {
-  return WritePrivateProfileStringA(section.c_str(), nullptr, nullptr, path.c_str()) != 0;
-}
-
 // Splits a list of names, each ended by a NUL.
 static std::vector<std::string> SplitNames(const std::string& list) {
   std::vector<std::string> names;

@@ -2,8 +2,8 @@
 // for what CMenuTemplate cannot say: whether a key holds the reserved text "default" rather
 // than being absent, how long a value really is before an 80-byte buffer cuts it, which
 // layout sections exist, and which layout "CurrentNumberOfButton" selects even when it does not
-// read as a number, and which buttons a layout has keys for. The writes put a text back as
-// it was, for commands that switch layouts inside an edit, and drop a whole section.
+// read as a number, and which buttons a layout has keys for. The one write puts a text back as
+// it was, for commands that switch layouts inside an edit.
 #ifndef TOLVEX_TOOLS_RAWPROFILE_H
 #define TOLVEX_TOOLS_RAWPROFILE_H
 
@@ -20,9 +20,6 @@ std::optional<std::string> RawValue(const std::string& path, const std::string& 
 // Writes `value` to `key` as it stands, or removes the key for nullopt; false on failure.
 bool WriteRawValue(const std::string& path, const std::string& section, const std::string& key,
                    const std::optional<std::string>& value);
-
-// Removes `section` with all its keys; false on failure.
-bool RemoveSection(const std::string& path, const std::string& section);
 
 // The names of all sections of the file, in file order.
 std::vector<std::string> SectionNames(const std::string& path);
