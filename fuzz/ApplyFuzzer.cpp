@@ -8,8 +8,8 @@
 #include <sstream>
 
 #include "fuzz/FuzzInput.h"
-#include "tools/Commands.h"
-#include "tools/ToolError.h"
+#include "tools/cli/Commands.h"
+#include "tools/cli/ToolError.h"
 
 namespace {
 

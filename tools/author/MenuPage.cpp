@@ -1,13 +1,13 @@
 // Reading and rendering one menu page (see MenuPage.h).
 #include "tools/author/MenuPage.h"
 
-#include "tools/Canvas.h"
-#include "tools/Grid.h"
-#include "tools/Properties.h"
-#include "tools/RawProfile.h"
-#include "tools/TemplatePath.h"
-#include "tools/TemplateSession.h"
-#include "tools/ToolError.h"
+#include "tools/layout/Canvas.h"
+#include "tools/layout/Grid.h"
+#include "tools/page/Properties.h"
+#include "tools/page/RawProfile.h"
+#include "tools/page/TemplatePath.h"
+#include "tools/page/TemplateSession.h"
+#include "tools/cli/ToolError.h"
 
 #include <tolvex/MenuBmp.h>
 #include <tolvex/MenuMask.h>

@@ -3,7 +3,7 @@
 // signal handler; everything else happens on the run's own path.
 #include "tools/author/Stop.h"
 
-#include "tools/ToolError.h"
+#include "tools/cli/ToolError.h"
 
 #include <fcntl.h>
 #include <unistd.h>
