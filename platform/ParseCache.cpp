@@ -28,9 +28,8 @@ struct Entry {
   std::string path;
   os::FileStamp stamp;
   bool trusted = false;
-  std::string bytes;  // compared when the stamp is not trusted
-  std::shared_ptr<const IndexedIni> parse;
-  size_t Memory() const { return bytes.capacity() + parse->MemoryUse() + path.size(); }
+  std::shared_ptr<IndexedIni> form;
+  size_t Memory() const { return form->MemoryUse() + path.size(); }
 };
 
 bool Trusted(const os::FileStamp& stamp) {
@@ -38,18 +37,30 @@ bool Trusted(const os::FileStamp& stamp) {
          stamp.takenNs - std::max(stamp.modifiedNs, stamp.changedNs) > kRacyNs;
 }
 
+// Whether `form` gives exactly `bytes`, compared piece by piece as the form produces them, so
+// that the cache never needs a copy of the file.
+bool SameBytes(const IndexedIni& form, std::string_view bytes) {
+  bool same = true;
+  form.WriteBytes([&](std::string_view piece) {
+    same = bytes.substr(0, piece.size()) == piece;
+    if (!same) return Status::Error(StatusCode::kIoError);
+    bytes.remove_prefix(piece.size());
+    return Status::Ok();
+  });
+  return same && bytes.empty();
+}
+
 class Cache {
  public:
-  std::shared_ptr<const IndexedIni> Parsed(const std::string& path, Status* status) {
-    auto found = std::find_if(m_entries.begin(), m_entries.end(),
-                              [&](const Entry& entry) { return entry.path == path; });
+  std::shared_ptr<IndexedIni> Current(const std::string& path, Status* status) {
+    auto found = Find(path);
     if (found != m_entries.end()) {
       m_entries.splice(m_entries.begin(), m_entries, found);  // most recent first
-      Entry& entry = m_entries.front();
+      found = m_entries.begin();
       os::FileStamp now;
-      if (entry.trusted && os::StampFile(path, &now).ok() && now.SameFileAs(entry.stamp)) {
+      if (found->trusted && os::StampFile(path, &now).ok() && now.SameFileAs(found->stamp)) {
         *status = Status::Ok();
-        return entry.parse;
+        return found->form;
       }
     }
 
@@ -57,35 +68,63 @@ class Cache {
     os::FileStamp stamp;
     *status = os::ReadWholeFile(path, &bytes, &stamp);
     if (!status->ok()) {
-      if (found != m_entries.end()) Drop(m_entries.begin());
-      return m_empty;
+      if (found != m_entries.end()) Drop(found);
+      return nullptr;
     }
-    if (found != m_entries.end() && m_entries.front().bytes == bytes) {
+    if (found != m_entries.end() && SameBytes(*found->form, bytes)) {
       // Unchanged after all; the new stamp was taken later and may now be trusted.
-      Entry& entry = m_entries.front();
-      entry.stamp = stamp;
-      entry.trusted = Trusted(stamp);
-      return entry.parse;
+      found->stamp = stamp;
+      found->trusted = Trusted(stamp);
+      return found->form;
     }
-    if (found != m_entries.end()) Drop(m_entries.begin());
+    if (found != m_entries.end()) Drop(found);
 
     Entry entry;
     entry.path = path;
     entry.stamp = stamp;
     entry.trusted = Trusted(stamp);
-    entry.parse = std::make_shared<const IndexedIni>(bytes);
-    entry.bytes = std::move(bytes);
+    entry.form = std::make_shared<IndexedIni>(bytes);
+    bytes = std::string();
     const size_t memory = entry.Memory();
-    if (memory > kParseCacheBytes) return entry.parse;  // used for this read only
+    if (memory > kParseCacheBytes) return entry.form;  // used for this call only
     while (!m_entries.empty() &&
            (m_memory + memory > kParseCacheBytes || m_entries.size() >= kMaxEntries))
       Drop(std::prev(m_entries.end()));
     m_entries.push_front(std::move(entry));
     m_memory += memory;
-    return m_entries.front().parse;
+    return m_entries.front().form;
+  }
+
+  // The form of `path` was changed and written: its file is stamped again, and the stamp is
+  // trusted only once a later read has compared the bytes (the write is too recent to tell
+  // apart from one in the same clock tick).
+  void Written(const std::string& path) {
+    auto found = Find(path);
+    if (found == m_entries.end()) return;
+    m_memory -= found->Memory();
+    if (!os::StampFile(path, &found->stamp).ok()) {
+      m_entries.erase(found);
+      return;
+    }
+    found->trusted = false;
+    const size_t memory = found->Memory();
+    if (memory > kParseCacheBytes) {
+      m_entries.erase(found);
+      return;
+    }
+    m_memory += memory;
+  }
+
+  void Forget(const std::string& path) {
+    auto found = Find(path);
+    if (found != m_entries.end()) Drop(found);
   }
 
  private:
+  std::list<Entry>::iterator Find(const std::string& path) {
+    return std::find_if(m_entries.begin(), m_entries.end(),
+                        [&](const Entry& entry) { return entry.path == path; });
+  }
   void Drop(std::list<Entry>::iterator entry) {
     m_memory -= entry->Memory();
     m_entries.erase(entry);
@@ -93,14 +132,24 @@ class Cache {
 
   std::list<Entry> m_entries;
   size_t m_memory = 0;
-  std::shared_ptr<const IndexedIni> m_empty = std::make_shared<const IndexedIni>();
 };
+
+thread_local Cache t_cache;
 
 }  // namespace
 
 std::shared_ptr<const IndexedIni> ParsedFile(const std::string& path, Status* status) {
-  thread_local Cache cache;
-  return cache.Parsed(path, status);
+  static const auto empty = std::make_shared<const IndexedIni>();
+  std::shared_ptr<const IndexedIni> form = t_cache.Current(path, status);
+  return form ? form : empty;
 }
+
+std::shared_ptr<IndexedIni> FileToChange(const std::string& path, Status* status) {
+  return t_cache.Current(path, status);
+}
+
+void FileWritten(const std::string& path) { t_cache.Written(path); }
+
+void ForgetFile(const std::string& path) { t_cache.Forget(path); }
 
 }  // namespace tolvex::platform

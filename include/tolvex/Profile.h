@@ -7,6 +7,8 @@
 
 #include <tolvex/WinTypes.h>
 
+#include <stddef.h>
+
 #if !defined(_WIN32)
 #  define TOLVEX_PROFILE_API __attribute__((visibility("default")))
 
@@ -51,6 +53,16 @@ TOLVEX_PROFILE_API BOOL TolvexCommitProfileEdit(TolvexProfileEdit* edit);
 // Frees the edit, dropping the changes of an edit that was not committed. NULL is ignored.
 // Must be called by the thread that began the edit.
 TOLVEX_PROFILE_API void TolvexEndProfileEdit(TolvexProfileEdit* edit);
+
+// Replaces (or creates) the file `path` with the `size` bytes at `bytes`, as the functions
+// above replace a profile file: atomically and durably (a reader, a crash or a full disk
+// leaves the old bytes or the new, never a mix, and no temporary file), under the lock of its
+// folder, keeping a symbolic link and the file's mode, owner and group. Unlike the profile
+// functions, a bare name means the current folder. Returns 0, or the errno value that says
+// why the file was left as it was: EISDIR for a folder, EINVAL for no path or a file that is
+// no regular file (FIFO, device), EACCES for a read-only file or one the calling thread is
+// editing, ENOENT for a missing folder, EFBIG or ENOSPC when the bytes did not fit.
+TOLVEX_PROFILE_API int TolvexReplaceFile(LPCSTR path, const void* bytes, size_t size);
 
 #  ifdef __cplusplus
 }
