@@ -34,6 +34,7 @@ IndexedIni::IndexedIni(std::string_view bytes) {
   const FileText text = DecodeFile(bytes);
   const std::u16string& units = text.units;
   m_encoding = text.encoding;
+  m_sizeHint = bytes.size();
   m_mark = std::string(bytes.substr(0, text.markBytes));
   m_tail = std::string(bytes.substr(std::min(bytes.size(), text.ByteOffset(units.size()))));
 
@@ -166,8 +167,9 @@ Status IndexedIni::WriteBytes(const ByteSink& write) const {
   const bool wide = m_encoding == FileEncoding::kUtf16Le || m_encoding == FileEncoding::kUtf16Be;
   const bool little = m_encoding == FileEncoding::kUtf16Le;
   const size_t unitBytes = wide ? 2 : 1;
-  // One buffer, filled and handed on: the file is never held whole.
-  std::string buffer(kPieceBytes, '\0');
+  // One buffer, filled and handed on: the file is never held whole, and a small file takes
+  // about its size.
+  std::string buffer(std::min(SizeHint(), kPieceBytes), '\0');
   char* const start = buffer.data();
   char* const end = start + buffer.size();
   char* to = start;

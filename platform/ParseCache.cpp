@@ -29,7 +29,10 @@ struct Entry {
   os::FileStamp stamp;
   bool trusted = false;
   std::shared_ptr<IndexedIni> form;
-  size_t Memory() const { return form->MemoryUse() + path.size(); }
+  // The file's bytes while the stamp is not trusted, so that proving the file unchanged is one
+  // comparison of bytes; dropped once a stamp is trusted.
+  std::string bytes;
+  size_t Memory() const { return form->MemoryUse() + path.size() + bytes.capacity(); }
 };
 
 bool Trusted(const os::FileStamp& stamp) {
@@ -71,10 +74,15 @@ class Cache {
       if (found != m_entries.end()) Drop(found);
       return nullptr;
     }
-    if (found != m_entries.end() && SameBytes(*found->form, bytes)) {
+    if (found != m_entries.end() &&
+        (found->bytes.empty() ? SameBytes(*found->form, bytes) : found->bytes == bytes)) {
       // Unchanged after all; the new stamp was taken later and may now be trusted.
       found->stamp = stamp;
       found->trusted = Trusted(stamp);
+      if (found->trusted) {
+        m_memory -= found->bytes.capacity();
+        found->bytes = std::string();
+      }
       return found->form;
     }
     if (found != m_entries.end()) Drop(found);
@@ -84,7 +92,7 @@ class Cache {
     entry.stamp = stamp;
     entry.trusted = Trusted(stamp);
     entry.form = std::make_shared<IndexedIni>(bytes);
-    bytes = std::string();
+    if (!entry.trusted) entry.bytes = std::move(bytes);
     const size_t memory = entry.Memory();
     if (memory > kParseCacheBytes) return entry.form;  // used for this call only
     while (!m_entries.empty() &&
@@ -95,10 +103,10 @@ class Cache {
     return m_entries.front().form;
   }
 
-  // The form of `path` was changed and written: its file is stamped again, and the stamp is
-  // trusted only once a later read has compared the bytes (the write is too recent to tell
-  // apart from one in the same clock tick).
-  void Written(const std::string& path) {
+  // The form of `path` was changed and written as `bytes`: its file is stamped again, and the
+  // stamp is trusted only once a later read has compared the bytes (the write is too recent to
+  // tell apart from one in the same clock tick).
+  void Written(const std::string& path, std::string bytes) {
     auto found = Find(path);
     if (found == m_entries.end()) return;
     m_memory -= found->Memory();
@@ -107,6 +115,7 @@ class Cache {
       return;
     }
     found->trusted = false;
+    found->bytes = std::move(bytes);
     const size_t memory = found->Memory();
     if (memory > kParseCacheBytes) {
       m_entries.erase(found);
@@ -148,7 +157,9 @@ std::shared_ptr<IndexedIni> FileToChange(const std::string& path, Status* status
   return t_cache.Current(path, status);
 }
 
-void FileWritten(const std::string& path) { t_cache.Written(path); }
+void FileWritten(const std::string& path, std::string bytes) {
+  t_cache.Written(path, std::move(bytes));
+}
 
 void ForgetFile(const std::string& path) { t_cache.Forget(path); }
 

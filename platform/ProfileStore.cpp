@@ -47,10 +47,18 @@ Status LockedWrite(const char* app, const char* key, const char* value,
   }
 
   if (!form->Write(app, key, value)) return Status::Ok();
-  status = os::ReplaceFileFrom(target,
-                               [&](const ByteSink& write) { return form->WriteBytes(write); });
+  // The bytes are kept as they are written, so that the next call proves the file unchanged
+  // with one comparison.
+  std::string written;
+  written.reserve(form->SizeHint());
+  status = os::ReplaceFileFrom(target, [&](const ByteSink& write) {
+    return form->WriteBytes([&](std::string_view piece) {
+      written += piece;
+      return write(piece);
+    });
+  });
   if (status.ok()) {
-    FileWritten(target);
+    FileWritten(target, std::move(written));
   } else {
     ForgetFile(target);
   }

@@ -117,17 +117,21 @@ bool IsTemporaryOf(const char* name, const std::string& base) {
 // rename left behind. A temporary name exists only while its writer holds the FolderLock,
 // which our caller holds now, so any such file found here is stale.
 void RemoveStaleTemporaries(int folderFd, const std::string& base) {
-  int listFd = ::dup(folderFd);
+  // Listed with getdents64 into a buffer on the stack: opendir would allocate a buffer larger
+  // than most templates on every write.
+  const int listFd = ::openat(folderFd, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (listFd < 0) return;
-  DIR* folder = ::fdopendir(listFd);
-  if (!folder) {
-    ::close(listFd);
-    return;
+  alignas(8) char buffer[4096];
+  for (;;) {
+    const ssize_t got = ::getdents64(listFd, buffer, sizeof buffer);
+    if (got <= 0) break;
+    for (ssize_t at = 0; at < got;) {
+      const auto* entry = reinterpret_cast<const struct dirent64*>(buffer + at);
+      if (IsTemporaryOf(entry->d_name, base)) ::unlinkat(folderFd, entry->d_name, 0);
+      at += entry->d_reclen;
+    }
   }
-  while (struct dirent* entry = ::readdir(folder)) {
-    if (IsTemporaryOf(entry->d_name, base)) ::unlinkat(folderFd, entry->d_name, 0);
-  }
-  ::closedir(folder);
+  ::close(listFd);
 }
 
 // An open file being prepared in the target's folder. Unnamed (O_TMPFILE) where the file
