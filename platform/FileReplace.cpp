@@ -8,23 +8,29 @@
 
 namespace tolvex::platform {
 
-Status ReplaceWholeFile(const std::string& path, std::string_view bytes) {
-  if (path.empty()) return Status::Error(StatusCode::kInvalidArgument, EINVAL);
-  std::string target;
-  Status status = os::ResolveLinks(path, &target);
+Status LockForReplace(const std::string& path, os::FolderLock* lock, std::string* target,
+                      bool* exists) {
+  Status status = os::ResolveLinks(path, target);
   if (!status.ok()) return status;
-  // The edit lookup takes profile paths, where a bare name means the profile folder.
-  const std::string asProfilePath =
-      target.find('/') == std::string::npos ? "./" + target : target;
-  if (StagedFileFor(asProfilePath.c_str()) != nullptr)
-    return Status::Error(StatusCode::kAccessDenied, EACCES);
   // Re-entrant within the thread: a thread inside an edit of a file in this folder holds the
   // lock already and goes on at once.
-  os::FolderLock lock;
-  status = lock.Acquire(target);
+  status = lock->Acquire(*target);
   if (!status.ok()) return status;
+  // Checked under the lock, before anything is read, so that a read-only file fails even when
+  // nothing would change.
+  return os::CheckReplaceable(*target, exists);
+}
+
+Status ReplaceWholeFile(const std::string& path, std::string_view bytes) {
+  if (path.empty()) return Status::Error(StatusCode::kInvalidArgument, EINVAL);
+  // The edit lookup takes profile paths, where a bare name means the profile folder.
+  const std::string asProfilePath = path.find('/') == std::string::npos ? "./" + path : path;
+  if (StagedFileFor(asProfilePath.c_str()) != nullptr)
+    return Status::Error(StatusCode::kAccessDenied, EACCES);
+  os::FolderLock lock;
+  std::string target;
   bool exists = false;
-  status = os::CheckReplaceable(target, &exists);
+  const Status status = LockForReplace(path, &lock, &target, &exists);
   if (!status.ok()) return status;
   return os::ReplaceFile(target, bytes);
 }

@@ -9,9 +9,16 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Os.h"
 #include "platform/Status.h"
 
 namespace tolvex::platform {
+
+// The steps before every replace of a whole file: follows the links of `path` to `target`,
+// takes `lock` (the folder lock of `target`) and checks that `target` may be replaced, setting
+// `exists`. A failure leaves the lock released.
+Status LockForReplace(const std::string& path, os::FolderLock* lock, std::string* target,
+                      bool* exists);
 
 // Replaces (or creates) the file at `path` with `bytes`. A symbolic link stays and the file it
 // ends at is replaced; only a regular file with a write permission bit is replaced (a folder

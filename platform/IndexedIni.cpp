@@ -34,7 +34,7 @@ IndexedIni::IndexedIni(std::string_view bytes) {
   const FileText text = DecodeFile(bytes);
   const std::u16string& units = text.units;
   m_encoding = text.encoding;
-  m_sizeHint = bytes.size();
+  m_units = units.size();
   m_mark = std::string(bytes.substr(0, text.markBytes));
   m_tail = std::string(bytes.substr(std::min(bytes.size(), text.ByteOffset(units.size()))));
 
@@ -169,7 +169,7 @@ Status IndexedIni::WriteBytes(const ByteSink& write) const {
   const size_t unitBytes = wide ? 2 : 1;
   // One buffer, filled and handed on: the file is never held whole, and a small file takes
   // about its size.
-  std::string buffer(std::min(SizeHint(), kPieceBytes), '\0');
+  std::string buffer(std::max<size_t>(std::min(ByteSize(), kPieceBytes), 2), '\0');
   char* const start = buffer.data();
   char* const end = start + buffer.size();
   char* to = start;
@@ -339,6 +339,7 @@ IndexedIni::Outcome IndexedIni::SetExisting(Line& line, std::u16string_view valu
   IniLine parse = line.parse;
   const size_t breakAt = line.breakAt + grown - shrunk;
   m_memory += (units.size() - std::min(units.size(), line.units.size())) * 2;
+  m_units = m_units + units.size() - line.units.size();
   line.units = std::move(units);
   // A line break in the value, or a value that turns an entry such as "[x" into a header,
   // changes the structure.
@@ -362,6 +363,7 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
   line.units += value;
   line.breakAt = line.units.size();
   line.units += kCrLf;
+  m_units += line.units.size();
   // A line break in the name or value, or a line that reads as a header, changes the
   // structure: the line is added as text all the same.
   const bool plain = !HasLineBreak(std::u16string_view(line.units).substr(0, line.breakAt)) &&
@@ -377,6 +379,7 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
   }
   if (!last.parse.hasBreak) {
     last.units += kCrLf;
+    m_units += kCrLf.size();
     last.parse.whole.end += 2;
     last.parse.hasBreak = true;
   }
@@ -412,6 +415,7 @@ IndexedIni::Outcome IndexedIni::AddSection(std::string_view app, std::string_vie
                      ParseLine(header.units, 0, header.breakAt, &header.parse) &&
                      header.parse.isHeader;
   header.units += kCrLf;
+  m_units += header.units.size();
   header.parse.whole = {0, header.units.size()};
   header.parse.hasBreak = true;
   section.lines.push_back(std::move(header));
@@ -430,6 +434,7 @@ IndexedIni::Outcome IndexedIni::AddSection(std::string_view app, std::string_vie
       }
     }
     *last += kCrLf;
+    m_units += kCrLf.size();
   }
   section.entries = NameIndex();
   m_sections.push_back(std::move(section));

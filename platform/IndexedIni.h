@@ -34,9 +34,11 @@ class IndexedIni {
   std::string Bytes() const;
   Status WriteBytes(const ByteSink& write) const;
   static constexpr size_t kPieceBytes = 64 << 10;
-  // About how many bytes the file has: its size when read, and some room for what writes
-  // added since.
-  size_t SizeHint() const { return m_sizeHint + m_sizeHint / 16 + 256; }
+  // How many bytes the file has.
+  size_t ByteSize() const {
+    const bool wide = m_encoding == FileEncoding::kUtf16Le || m_encoding == FileEncoding::kUtf16Be;
+    return m_mark.size() + m_units * (wide ? 2 : 1) + m_tail.size();
+  }
   // About how many bytes of memory the form takes, for bounding caches.
   size_t MemoryUse() const { return m_memory; }
 
@@ -108,7 +110,7 @@ class IndexedIni {
   std::vector<Section> m_sections;
   NameIndex m_firstSection;  // name -> its first section
   size_t m_memory = 0;
-  size_t m_sizeHint = 0;
+  size_t m_units = 0;  // in the prefix and all lines
   // Buffers reused from call to call, so that reads and writes need not allocate: the name
   // looked up, a value read, and the value being written.
   mutable std::array<char16_t, 128> m_shortName;  // names of ANSI files that fit

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 
+#include "platform/FileReplace.h"
 #include "platform/IndexedIni.h"
 #include "platform/Os.h"
 #include "platform/ParseCache.h"
@@ -24,16 +25,10 @@ bool IsBareName(const char* file) { return std::strpbrk(file, "/\\") == nullptr;
 // as an edit's commit writes them. The changed form stays cached for the calls that follow.
 Status LockedWrite(const char* app, const char* key, const char* value,
                    const std::string& path) {
-  std::string target;
-  Status status = os::ResolveLinks(path, &target);
-  if (!status.ok()) return status;
   os::FolderLock lock;
-  status = lock.Acquire(target);
-  if (!status.ok()) return status;
-
-  // Checked first, so that a read-only file fails even when nothing would change.
+  std::string target;
   bool exists = false;
-  status = os::CheckReplaceable(target, &exists);
+  Status status = LockForReplace(path, &lock, &target, &exists);
   if (!status.ok()) return status;
   std::shared_ptr<IndexedIni> form;
   if (exists) {
@@ -50,7 +45,7 @@ Status LockedWrite(const char* app, const char* key, const char* value,
   // The bytes are kept as they are written, so that the next call proves the file unchanged
   // with one comparison.
   std::string written;
-  written.reserve(form->SizeHint());
+  written.reserve(form->ByteSize());
   status = os::ReplaceFileFrom(target, [&](const ByteSink& write) {
     return form->WriteBytes([&](std::string_view piece) {
       written += piece;

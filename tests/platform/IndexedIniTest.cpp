@@ -78,6 +78,7 @@ TEST(IndexedIniEdit, RandomCallsGiveTheBytesAndReadsOfTheTextEdits) {
         EXPECT_EQ(indexed.Write(app, key, value), changed.has_value());
         if (changed) bytes = *changed;
         ASSERT_EQ(indexed.Bytes(), bytes);
+        ASSERT_EQ(indexed.ByteSize(), bytes.size());
       } else {
         const uint32_t size = kind == 9 ? 3 : 64;
         char expected[80] = {}, got[80] = {};
