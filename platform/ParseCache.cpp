@@ -35,10 +35,6 @@ struct Entry {
   size_t Memory() const { return form->MemoryUse() + path.size() + bytes.capacity(); }
 };
 
-bool Trusted(const os::FileStamp& stamp) {
-  return stamp.timesTrusted &&
-         stamp.takenNs - std::max(stamp.modifiedNs, stamp.changedNs) > kRacyNs;
-}
 
 // Whether `form` gives exactly `bytes`, compared piece by piece as the form produces them, so
 // that the cache never needs a copy of the file.
@@ -78,7 +74,7 @@ class Cache {
         (found->bytes.empty() ? SameBytes(*found->form, bytes) : found->bytes == bytes)) {
       // Unchanged after all; the new stamp was taken later and may now be trusted.
       found->stamp = stamp;
-      found->trusted = Trusted(stamp);
+      found->trusted = StampProvesContent(stamp);
       if (found->trusted) {
         m_memory -= found->bytes.capacity();
         found->bytes = std::string();
@@ -90,7 +86,7 @@ class Cache {
     Entry entry;
     entry.path = path;
     entry.stamp = stamp;
-    entry.trusted = Trusted(stamp);
+    entry.trusted = StampProvesContent(stamp);
     entry.form = std::make_shared<IndexedIni>(bytes);
     if (!entry.trusted) entry.bytes = std::move(bytes);
     const size_t memory = entry.Memory();
@@ -146,6 +142,11 @@ class Cache {
 thread_local Cache t_cache;
 
 }  // namespace
+
+bool StampProvesContent(const os::FileStamp& stamp) {
+  return stamp.timesTrusted &&
+         stamp.takenNs - std::max(stamp.modifiedNs, stamp.changedNs) > kRacyNs;
+}
 
 std::shared_ptr<const IndexedIni> ParsedFile(const std::string& path, Status* status) {
   static const auto empty = std::make_shared<const IndexedIni>();

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "platform/IndexedIni.h"
+#include "platform/Os.h"
 #include "platform/Status.h"
 
 namespace tolvex::platform {
@@ -26,6 +27,11 @@ std::shared_ptr<const IndexedIni> ParsedFile(const std::string& path, Status* st
 std::shared_ptr<IndexedIni> FileToChange(const std::string& path, Status* status);
 void FileWritten(const std::string& path, std::string bytes);
 void ForgetFile(const std::string& path);
+
+// Whether `stamp`, as ReadWholeFile took it, proves the content read: taken clearly after the
+// file's last change, on a file system whose times can be trusted (the racy-time rule of
+// ParseCache.cpp).
+bool StampProvesContent(const os::FileStamp& stamp);
 
 // The most memory the cache of one thread keeps, in bytes. A file whose form alone is larger
 // is read for its call and not kept.
