@@ -8,7 +8,8 @@
 //    against the durable-write floor of the same file, with the heap a write takes beyond what
 //    it held before, as a multiple of the file's size ("heap_x_file": the largest over the
 //    iterations after the first; "heap_first_x_file": the first write on a file only
-//    read so far), and the heap the first read of the file takes to make its form ("read_first_x_file").
+//    read so far), and the heap the first read of the file takes to make its form
+//    ("read_first_x_file").
 // Each benchmark times both sides itself, interleaved, and reports their ratio as the counter
 // "x_floor" or "x_stat"; run with --benchmark_repetitions for medians.
 #include <fcntl.h>

@@ -85,6 +85,10 @@ struct FileIdentity {
 // The identity of `target` (links already resolved). The file need not exist; its folder must.
 Status IdentifyFile(const std::string& target, FileIdentity* identity);
 
+// The id of this process, without a system call on each use: kept, and renewed in a child
+// right after fork().
+int ProcessId();
+
 // Creates `folder` and any missing parents.
 Status CreateFolders(const std::string& folder);
 

@@ -8,8 +8,6 @@
 // drop of the edit leaves the parent's lock alone; a thread that ends drops its edits.
 #include "platform/ProfileEdit.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <atomic>
 #include <string>
@@ -33,7 +31,7 @@ struct EditSession {
   std::vector<std::string> names;  // file arguments known to lead here
   std::atomic<bool> open{true};
   // Who began the edit.
-  pid_t pid = 0;
+  int pid = 0;
   std::thread::id thread;
   // The file when the edit began: whether it existed, its stamp, and, when the stamp was too
   // recent to prove its content, its bytes.
@@ -42,7 +40,9 @@ struct EditSession {
   bool stampProves = false;
   std::string bytes;
 
-  bool OwnedHere() const { return pid == ::getpid() && thread == std::this_thread::get_id(); }
+  bool OwnedHere() const {
+    return pid == os::ProcessId() && thread == std::this_thread::get_id();
+  }
 };
 
 namespace {
@@ -61,11 +61,11 @@ struct ThreadEdits {
   // A thread that ends with edits never dropped releases their locks.
   ~ThreadEdits() {
     for (auto& session : sessions)
-      if (session->pid == ::getpid()) End(*session);
+      if (session->pid == os::ProcessId()) End(*session);
   }
   // Forgets the sessions that another thread ended, and in a forked child the parent's.
   void Prune() {
-    const pid_t pid = ::getpid();
+    const int pid = os::ProcessId();
     const auto gone = std::remove_if(sessions.begin(), sessions.end(), [&](const auto& s) {
       return !s->open.load() || s->pid != pid;
     });
@@ -154,7 +154,7 @@ Status ProfileEdit::Begin(const char* file, std::unique_ptr<ProfileEdit>* edit) 
     if (!session->stampProves) session->bytes = bytes;
   }
   session->existed = exists;
-  session->pid = ::getpid();
+  session->pid = os::ProcessId();
   session->thread = std::this_thread::get_id();
   session->staged = std::make_unique<StagedProfile>(bytes, exists);
   session->names.push_back(file);

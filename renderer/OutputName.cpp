@@ -39,7 +39,8 @@ Status WriteOutput(const std::string& path, const std::string& bytes) {
 
 Status RecordOutput(const std::string& templatePath, const char* key, const OutputName& name) {
   if (name.toRecord.empty()) return Status::kOk;
-  if (!WritePrivateProfileStringA(background::kSection, key, name.toRecord.c_str(), templatePath.c_str())) {
+  if (!WritePrivateProfileStringA(background::kSection, key, name.toRecord.c_str(),
+                                  templatePath.c_str())) {
     return Fail(Status::kRecordFailed,
                 std::string("cannot record ") + key + " in template " + templatePath);
   }

@@ -42,12 +42,18 @@ struct ButtonKeys {
 
 template <typename Families>
 ButtonKeys ButtonKeysOf(std::string_view fill) {
-  return ButtonKeys{KeyOf(Families::kPosition.keys[0], fill), KeyOf(Families::kPosition.keys[1], fill),
-                    KeyOf(Families::kPosition.keys[2], fill), KeyOf(Families::kPosition.keys[3], fill),
+  const auto& position = Families::kPosition.keys;
+  const auto& rgb = Families::kFrameRGB.keys;
+  return ButtonKeys{KeyOf(position[0], fill),
+                    KeyOf(position[1], fill),
+                    KeyOf(position[2], fill),
+                    KeyOf(position[3], fill),
                     KeyOf(Families::kFrameSize.keys[0], fill),
-                    KeyOf(Families::kFrameRGB.keys[0], fill), KeyOf(Families::kFrameRGB.keys[1], fill),
-                    KeyOf(Families::kFrameRGB.keys[2], fill),
-                    KeyOf(Families::kFrameBmp.keys[0], fill), KeyOf(Families::kBmp.keys[0], fill)};
+                    KeyOf(rgb[0], fill),
+                    KeyOf(rgb[1], fill),
+                    KeyOf(rgb[2], fill),
+                    KeyOf(Families::kFrameBmp.keys[0], fill),
+                    KeyOf(Families::kBmp.keys[0], fill)};
 }
 
 // Key names of one title; the page title's keys have no index.

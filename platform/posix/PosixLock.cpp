@@ -48,6 +48,7 @@
 
 #include <pthread.h>
 
+#include <atomic>
 #include <cerrno>
 #include <mutex>
 #include <string>
@@ -78,11 +79,17 @@ struct HeldTable {
   std::vector<HeldFolder> held;
 };
 
+std::atomic<int> g_pid{0};
+
 HeldTable& Table() {
   static HeldTable* table = [] {
     auto* made = new HeldTable;
     pthread_atfork([] { Table().mutex.lock(); }, [] { Table().mutex.unlock(); },
-                   [] { Table().mutex.unlock(); });
+                   [] {
+                     g_pid.store(static_cast<int>(::getpid()), std::memory_order_relaxed);
+                     Table().mutex.unlock();
+                   });
+    g_pid.store(static_cast<int>(::getpid()), std::memory_order_relaxed);
     return made;
   }();
   return *table;
@@ -93,6 +100,11 @@ bool SortsBefore(uint64_t device, uint64_t inode, const HeldFolder& held) {
 }
 
 }  // namespace
+
+int ProcessId() {
+  Table();  // registers the renewal after fork()
+  return g_pid.load(std::memory_order_relaxed);
+}
 
 FolderLock::~FolderLock() {
   if (!m_held) return;
@@ -105,7 +117,7 @@ FolderLock::~FolderLock() {
     if (--it->count == 0) {
       // In a forked child the description is the parent's too: closing our descriptor keeps
       // the parent's lock, LOCK_UN would release it.
-      if (it->pid == ::getpid()) ::flock(it->fd, LOCK_UN);
+      if (it->pid == ProcessId()) ::flock(it->fd, LOCK_UN);
       ::close(it->fd);
       table.held.erase(it);
     }
@@ -125,7 +137,7 @@ Status FolderLock::Acquire(const std::string& file) {
     return status;
   }
   const uint64_t device = info.st_dev, inode = info.st_ino;
-  const pid_t pid = ::getpid();
+  const pid_t pid = ProcessId();
   const std::thread::id thread = std::this_thread::get_id();
   HeldTable& table = Table();
   bool mayWait = true;
