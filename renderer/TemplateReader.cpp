@@ -40,20 +40,23 @@ struct ButtonKeys {
   std::string framePicture, picture;
 };
 
-template <typename Families>
-ButtonKeys ButtonKeysOf(std::string_view fill) {
-  const auto& position = Families::kPosition.keys;
-  const auto& rgb = Families::kFrameRGB.keys;
-  return ButtonKeys{KeyOf(position[0], fill),
-                    KeyOf(position[1], fill),
-                    KeyOf(position[2], fill),
-                    KeyOf(position[3], fill),
-                    KeyOf(Families::kFrameSize.keys[0], fill),
-                    KeyOf(rgb[0], fill),
-                    KeyOf(rgb[1], fill),
-                    KeyOf(rgb[2], fill),
-                    KeyOf(Families::kFrameBmp.keys[0], fill),
-                    KeyOf(Families::kBmp.keys[0], fill)};
+// The keys of one button, from the families of its kind.
+ButtonKeys ButtonKeysOf(const KeyFamily<4>& position, const KeyFamily<1>& frameSize,
+                        const KeyFamily<3>& frameRGB, const KeyFamily<1>& frameBmp,
+                        const KeyFamily<1>& bmp, std::string_view fill) {
+  return ButtonKeys{KeyOf(position.keys[0], fill),  KeyOf(position.keys[1], fill),
+                    KeyOf(position.keys[2], fill),  KeyOf(position.keys[3], fill),
+                    KeyOf(frameSize.keys[0], fill), KeyOf(frameRGB.keys[0], fill),
+                    KeyOf(frameRGB.keys[1], fill),  KeyOf(frameRGB.keys[2], fill),
+                    KeyOf(frameBmp.keys[0], fill),  KeyOf(bmp.keys[0], fill)};
+}
+ButtonKeys NumberedButtonKeys(int index) {
+  using namespace buttons;
+  return ButtonKeysOf(kPosition, kFrameSize, kFrameRGB, kFrameBmp, kBmp, std::to_string(index));
+}
+ButtonKeys NavButtonKeys(const navbuttons::NavButtonPlace& place) {
+  using namespace navbuttons;
+  return ButtonKeysOf(kPosition, kFrameSize, kFrameRGB, kFrameBmp, kBmp, place.fill);
 }
 
 // Key names of one title; the page title's keys have no index.
@@ -61,50 +64,27 @@ struct TitleKeys {
   std::string text, x, y, font, size, italic, bold, underline, red, green, blue;
 };
 
-template <typename Families>
-TitleKeys TitleKeysOf(std::string_view fill) {
-  return TitleKeys{KeyOf(Families::kTitle.keys[0], fill),
-                   KeyOf(Families::kTitlePosition.keys[0], fill),
-                   KeyOf(Families::kTitlePosition.keys[1], fill),
-                   KeyOf(Families::kTitleFontName.keys[0], fill),
-                   KeyOf(Families::kTitleFontSize.keys[0], fill),
-                   KeyOf(Families::kTitleFontStyle.keys[0], fill),
-                   KeyOf(Families::kTitleFontStyle.keys[1], fill),
-                   KeyOf(Families::kTitleFontStyle.keys[2], fill),
-                   KeyOf(Families::kTitleFontRGB.keys[0], fill),
-                   KeyOf(Families::kTitleFontRGB.keys[1], fill),
-                   KeyOf(Families::kTitleFontRGB.keys[2], fill)};
+TitleKeys TitleKeysOf(const KeyFamily<1>& title, const KeyFamily<2>& position,
+                      const KeyFamily<1>& fontName, const KeyFamily<1>& fontSize,
+                      const KeyFamily<3>& fontStyle, const KeyFamily<3>& fontRGB,
+                      std::string_view fill) {
+  return TitleKeys{KeyOf(title.keys[0], fill),     KeyOf(position.keys[0], fill),
+                   KeyOf(position.keys[1], fill),  KeyOf(fontName.keys[0], fill),
+                   KeyOf(fontSize.keys[0], fill),  KeyOf(fontStyle.keys[0], fill),
+                   KeyOf(fontStyle.keys[1], fill), KeyOf(fontStyle.keys[2], fill),
+                   KeyOf(fontRGB.keys[0], fill),   KeyOf(fontRGB.keys[1], fill),
+                   KeyOf(fontRGB.keys[2], fill)};
 }
-
-// The tables of the three key families, as types the templates above can name.
-struct PageFamilies {
-  static constexpr auto& kTitle = background::kTitle;
-  static constexpr auto& kTitlePosition = background::kTitlePosition;
-  static constexpr auto& kTitleFontName = background::kTitleFontName;
-  static constexpr auto& kTitleFontSize = background::kTitleFontSize;
-  static constexpr auto& kTitleFontStyle = background::kTitleFontStyle;
-  static constexpr auto& kTitleFontRGB = background::kTitleFontRGB;
-};
-struct NumberedFamilies {
-  static constexpr auto& kPosition = buttons::kPosition;
-  static constexpr auto& kFrameSize = buttons::kFrameSize;
-  static constexpr auto& kFrameRGB = buttons::kFrameRGB;
-  static constexpr auto& kFrameBmp = buttons::kFrameBmp;
-  static constexpr auto& kBmp = buttons::kBmp;
-  static constexpr auto& kTitle = buttons::kTitle;
-  static constexpr auto& kTitlePosition = buttons::kTitlePosition;
-  static constexpr auto& kTitleFontName = buttons::kTitleFontName;
-  static constexpr auto& kTitleFontSize = buttons::kTitleFontSize;
-  static constexpr auto& kTitleFontStyle = buttons::kTitleFontStyle;
-  static constexpr auto& kTitleFontRGB = buttons::kTitleFontRGB;
-};
-struct NavFamilies {
-  static constexpr auto& kPosition = navbuttons::kPosition;
-  static constexpr auto& kFrameSize = navbuttons::kFrameSize;
-  static constexpr auto& kFrameRGB = navbuttons::kFrameRGB;
-  static constexpr auto& kFrameBmp = navbuttons::kFrameBmp;
-  static constexpr auto& kBmp = navbuttons::kBmp;
-};
+TitleKeys PageTitleKeys() {
+  using namespace background;
+  return TitleKeysOf(kTitle, kTitlePosition, kTitleFontName, kTitleFontSize, kTitleFontStyle,
+                     kTitleFontRGB, {});
+}
+TitleKeys ButtonTitleKeys(int index) {
+  using namespace buttons;
+  return TitleKeysOf(kTitle, kTitlePosition, kTitleFontName, kTitleFontSize, kTitleFontStyle,
+                     kTitleFontRGB, std::to_string(index));
+}
 
 // A colour component as the template stores it: the unsigned value behind the integer text
 // (so -1 stands for 4294967295), clamped to what a pixel holds.
@@ -279,15 +259,14 @@ Status ReadPage(const TemplateFile& file, Page* page) {
   Page result;
   result.height = file.Flag(kSection, background::kTemplateMode.keys[0]) ? 480 : 576;
   result.background = ReadPicture(file, kSection, background::kBackgroundBmp.keys[0], folder);
-  result.title = ReadTitle(file, kSection, TitleKeysOf<PageFamilies>({}));
+  result.title = ReadTitle(file, kSection, PageTitleKeys());
 
   if (const auto count = file.Int(kSection, background::kCurrentButtons.keys[0])) {
     const std::string layout = buttons::kLayoutPrefix + std::to_string(*count);
     for (const int index : ButtonIndexes(file, layout.c_str())) {
-      const std::string fill = std::to_string(index);
-      auto button = ReadButton(file, layout.c_str(), ButtonKeysOf<NumberedFamilies>(fill), folder);
+      auto button = ReadButton(file, layout.c_str(), NumberedButtonKeys(index), folder);
       if (!button) continue;
-      button->title = ReadTitle(file, layout.c_str(), TitleKeysOf<NumberedFamilies>(fill));
+      button->title = ReadTitle(file, layout.c_str(), ButtonTitleKeys(index));
       result.buttons.push_back(std::move(*button));
     }
   }
@@ -299,8 +278,7 @@ Status ReadPage(const TemplateFile& file, Page* page) {
                     {background::kAddNext, navbuttons::kNext, ButtonRole::kNext}};
   for (const auto& nav : navigation) {
     if (!file.Flag(kSection, nav.shown.keys[0])) continue;
-    if (auto button = ReadButton(file, nav.place.section,
-                                 ButtonKeysOf<NavFamilies>(nav.place.fill), folder)) {
+    if (auto button = ReadButton(file, nav.place.section, NavButtonKeys(nav.place), folder)) {
       button->role = nav.role;
       result.buttons.push_back(std::move(*button));
     }
