@@ -89,35 +89,24 @@ class Cache {
     entry.trusted = StampProvesContent(stamp);
     entry.form = std::make_shared<IndexedIni>(bytes);
     if (!entry.trusted) entry.bytes = std::move(bytes);
-    const size_t memory = entry.Memory();
-    if (memory > kParseCacheBytes) return entry.form;  // used for this call only
-    while (!m_entries.empty() &&
-           (m_memory + memory > kParseCacheBytes || m_entries.size() >= kMaxEntries))
-      Drop(std::prev(m_entries.end()));
-    m_entries.push_front(std::move(entry));
-    m_memory += memory;
-    return m_entries.front().form;
+    std::shared_ptr<IndexedIni> form = entry.form;
+    Keep(std::move(entry));  // unless it is too large: then it serves this call only
+    return form;
   }
 
-  // The form of `path` was changed and written as `bytes`: its file is stamped again, and the
-  // stamp is trusted only once a later read has compared the bytes (the write is too recent to
-  // tell apart from one in the same clock tick).
-  void Written(const std::string& path, std::string bytes) {
-    auto found = Find(path);
-    if (found == m_entries.end()) return;
-    m_memory -= found->Memory();
-    if (!os::StampFile(path, &found->stamp).ok()) {
-      m_entries.erase(found);
-      return;
-    }
-    found->trusted = false;
-    found->bytes = std::move(bytes);
-    const size_t memory = found->Memory();
-    if (memory > kParseCacheBytes) {
-      m_entries.erase(found);
-      return;
-    }
-    m_memory += memory;
+  // `form` was written to `path` as `bytes`: it becomes the cached form of the file (whatever
+  // was cached for the path before, which a file made anew never came from). The file is
+  // stamped again, and the stamp is trusted only once a later read has compared the bytes
+  // (the write is too recent to tell apart from one in the same clock tick).
+  void Written(const std::string& path, std::shared_ptr<IndexedIni> form, std::string bytes) {
+    Forget(path);
+    Entry entry;
+    entry.path = path;
+    if (!os::StampFile(path, &entry.stamp).ok()) return;
+    entry.trusted = false;
+    entry.form = std::move(form);
+    entry.bytes = std::move(bytes);
+    Keep(std::move(entry));
   }
 
   void Forget(const std::string& path) {
@@ -126,6 +115,16 @@ class Cache {
   }
 
  private:
+  void Keep(Entry entry) {
+    const size_t memory = entry.Memory();
+    if (memory > kParseCacheBytes) return;
+    while (!m_entries.empty() &&
+           (m_memory + memory > kParseCacheBytes || m_entries.size() >= kMaxEntries))
+      Drop(std::prev(m_entries.end()));
+    m_entries.push_front(std::move(entry));
+    m_memory += memory;
+  }
+
   std::list<Entry>::iterator Find(const std::string& path) {
     return std::find_if(m_entries.begin(), m_entries.end(),
                         [&](const Entry& entry) { return entry.path == path; });
@@ -158,8 +157,8 @@ std::shared_ptr<IndexedIni> FileToChange(const std::string& path, Status* status
   return t_cache.Current(path, status);
 }
 
-void FileWritten(const std::string& path, std::string bytes) {
-  t_cache.Written(path, std::move(bytes));
+void FileWritten(const std::string& path, std::shared_ptr<IndexedIni> form, std::string bytes) {
+  t_cache.Written(path, std::move(form), std::move(bytes));
 }
 
 void ForgetFile(const std::string& path) { t_cache.Forget(path); }

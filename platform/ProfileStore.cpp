@@ -53,7 +53,7 @@ Status LockedWrite(const char* app, const char* key, const char* value,
     });
   });
   if (status.ok()) {
-    FileWritten(target, std::move(written));
+    FileWritten(target, form, std::move(written));
   } else {
     ForgetFile(target);
   }
