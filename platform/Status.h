@@ -20,6 +20,8 @@ enum class StatusCode {
   kNoSpace,         // disk full, quota, or the file-size limit
   kNoMemory,
   kIoError,         // anything else the OS reported
+  kChanged,         // another program changed the file while an edit held it
+  kNotOwner,        // an edit used by a thread or process other than the one that began it
 };
 
 class Status {

@@ -3,6 +3,8 @@
 // waiting for the edit without losing anything.
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <tolvex/Profile.h>
@@ -315,6 +317,98 @@ TEST(EditConcurrency, ThreadsAndProcessesEditingOneFileLoseNoKey) {
       std::string key = "p" + std::to_string(p) + "_" + std::to_string(i);
       EXPECT_EQ(Read(path, key.c_str()), key);
     }
+}
+
+// Misuse of an edit: used from another thread, a forked child or a thread that ends, or its
+// file changed by a program that takes no lock. Nothing here waits: whether the edit's lock is
+// held is asked without waiting.
+class EditMisuse : public EditTest {
+ protected:
+  // Whether a writer elsewhere could take the folder's lock now (a new open file description
+  // conflicts with the edit's as another process's would).
+  bool LockIsFree() const {
+    const int fd = open(m_dir.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const bool free = flock(fd, LOCK_EX | LOCK_NB) == 0;
+    close(fd);
+    return free;
+  }
+};
+
+TEST_F(EditMisuse, AnotherThreadMayDropAnEditButNotCommitIt) {
+  TolvexProfileEdit* edit = TolvexBeginProfileEdit(m_path.c_str());
+  ASSERT_NE(edit, nullptr);
+  ASSERT_TRUE(Write(m_path, "k", "staged"));
+  BOOL committed = TRUE;
+  std::thread([&] { committed = TolvexCommitProfileEdit(edit); }).join();
+  EXPECT_FALSE(committed);
+  EXPECT_TRUE(TolvexProfileEditIsOpen(edit));
+  EXPECT_EQ(ReadFile(m_path), kOld);
+  EXPECT_FALSE(LockIsFree());
+
+  std::thread([&] { TolvexEndProfileEdit(edit); }).join();
+  EXPECT_TRUE(LockIsFree());
+  // This thread's calls reach the file again, none goes into the dropped copy.
+  ASSERT_TRUE(Write(m_path, "k", "after"));
+  EXPECT_EQ(ReadFile(m_path), "; note\r\n[s]\r\nk=after\r\n");
+}
+
+TEST_F(EditMisuse, AThreadThatEndsWithAnEditOpenReleasesIt) {
+  TolvexProfileEdit* edit = nullptr;
+  std::thread([&] {
+    edit = TolvexBeginProfileEdit(m_path.c_str());
+    Write(m_path, "k", "staged");
+  }).join();
+  ASSERT_NE(edit, nullptr);
+  EXPECT_TRUE(LockIsFree());
+  EXPECT_FALSE(TolvexProfileEditIsOpen(edit));
+  EXPECT_FALSE(TolvexCommitProfileEdit(edit));
+  TolvexEndProfileEdit(edit);
+  EXPECT_EQ(ReadFile(m_path), kOld);
+}
+
+TEST_F(EditMisuse, AForkedChildNeitherCommitsNorReleasesItsParentsEdit) {
+  TolvexProfileEdit* edit = TolvexBeginProfileEdit(m_path.c_str());
+  ASSERT_NE(edit, nullptr);
+  ASSERT_TRUE(Write(m_path, "k", "parent"));
+  const pid_t child = fork();
+  if (child == 0) {
+    alarm(30);
+    const bool refused = !TolvexCommitProfileEdit(edit);
+    TolvexEndProfileEdit(edit);
+    _exit(refused && ReadFile(m_path) == kOld ? 0 : 1);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+  EXPECT_FALSE(LockIsFree());
+  EXPECT_TRUE(TolvexCommitProfileEdit(edit));
+  TolvexEndProfileEdit(edit);
+  EXPECT_EQ(Read(m_path, "k"), "parent");
+}
+
+TEST_F(EditMisuse, CommitWritesNothingOverAFileChangedBehindTheEdit) {
+  const std::string outside = "[s]\r\nk=outside\r\n";
+  const std::string other = m_dir.File("other.ini");
+  // Renamed over the file, rewritten in place, made where there was none.
+  for (int way = 0; way < 3; ++way) {
+    SCOPED_TRACE(way);
+    if (way == 2) {
+      std::remove(m_path.c_str());
+    } else {
+      WriteFile(m_path, kOld);
+    }
+    Edit edit(m_path);
+    ASSERT_TRUE(edit.IsOpen());
+    ASSERT_TRUE(Write(m_path, "k", "staged"));
+    if (way == 0) {
+      WriteFile(other, outside);
+      ASSERT_EQ(std::rename(other.c_str(), m_path.c_str()), 0);
+    } else {
+      WriteFile(m_path, outside);
+    }
+    EXPECT_FALSE(edit.Commit());
+    EXPECT_EQ(ReadFile(m_path), outside);
+  }
 }
 
 }  // namespace

@@ -178,5 +178,30 @@ TEST_F(OutputSafety, AFileTheRendererCouldNotHaveMadeIsNeverReplaced) {
   EXPECT_EQ(Picture::Load(dir.File("menu.bmp")).At(0, 0), kBlue);
 }
 
+// Rendering inside an edit of the template, on the edit's thread: the outputs are written under
+// the folder lock that the edit holds, and the default names go into the edit. Run in a child
+// that an alarm ends, so that a deadlock fails the test instead of hanging it.
+TEST_F(OutputSafety, RenderingInsideAnEditOfTheTemplateNeitherWaitsNorLosesTheNames) {
+  const pid_t child = fork();
+  if (child == 0) {
+    alarm(30);
+    TolvexProfileEdit* edit = TolvexBeginProfileEdit(tpl.path());
+    const bool rendered = edit && CreateMenuBmp(tpl.path()) && CreateMaskMenuBmp(tpl.path());
+    const bool committed = rendered && TolvexCommitProfileEdit(edit);
+    TolvexEndProfileEdit(edit);
+    _exit(committed ? 0 : 1);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFEXITED(status)) << "ended by signal " << WTERMSIG(status);
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+  char name[64];
+  GetPrivateProfileStringA("Background", "OutputBmp", "", name, sizeof name, tpl.path());
+  EXPECT_STREQ(name, "menu.bmp");
+  GetPrivateProfileStringA("Background", "OutMask", "", name, sizeof name, tpl.path());
+  EXPECT_STREQ(name, "menu_mask.bmp");
+  EXPECT_TRUE(Picture::Load(dir.File("menu.bmp")).width > 0);
+}
+
 }  // namespace
 }  // namespace tolvex::test

@@ -1,4 +1,4 @@
-// Files the tool itself writes (the preview picture), written as the library writes its files:
+// Files the tool itself writes (the preview picture), written by the library's own replace:
 // to a new file beside the target, flushed, and renamed over it, so a full disk, a size limit
 // or a kill leaves the old file or the new one whole and no temporary behind. A symbolic link
 // is followed (its target is written, even one not made yet); an existing target must be a

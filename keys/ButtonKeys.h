@@ -1,12 +1,15 @@
 // The key families of the numbered buttons, all in the layout section of the current count.
 // The "%d" of each pattern takes the button index; in the position keys it stands in the
 // middle, in all others at the end. Every per-button value is read with 80 bytes.
-#ifndef TOLVEX_BUTTONS_BUTTONKEYS_H
-#define TOLVEX_BUTTONS_BUTTONKEYS_H
+#ifndef TOLVEX_KEYS_BUTTONKEYS_H
+#define TOLVEX_KEYS_BUTTONKEYS_H
 
-#include "template/ProfileAccess.h"
+#include "keys/KeyFamily.h"
 
 namespace tolvex::buttons {
+
+// The layout section of the button count n is this prefix followed by n in decimal.
+inline constexpr char kLayoutPrefix[] = "NumOfButton";
 
 // Frame, pictures and position. Edges in the order left, right, top, bottom.
 inline constexpr KeyFamily<4> kPosition{
@@ -38,4 +41,4 @@ inline constexpr KeyFamily<3> kTitleFontRGB{
 
 }  // namespace tolvex::buttons
 
-#endif  // TOLVEX_BUTTONS_BUTTONKEYS_H
+#endif  // TOLVEX_KEYS_BUTTONKEYS_H

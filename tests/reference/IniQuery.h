@@ -1,14 +1,14 @@
 // The three reads of GetPrivateProfileStringA over a parsed file: one value, the list of
 // section names, and the list of a section's keys, each filling the caller's buffer by the
 // Windows rules. OS-unaware; works on a document private to the calling thread.
-#ifndef TOLVEX_PLATFORM_INIQUERY_H
-#define TOLVEX_PLATFORM_INIQUERY_H
+#ifndef TOLVEX_TESTS_REFERENCE_INIQUERY_H
+#define TOLVEX_TESTS_REFERENCE_INIQUERY_H
 
 #include <cstdint>
 
-#include "platform/IniDocument.h"
+#include "reference/IniDocument.h"
 
-namespace tolvex::platform {
+namespace tolvex::reference {
 
 // The value of `key` in section `app` (both trimmed of blanks, ASCII case ignored), or the
 // default when the section, the key or its value is missing. `defaultText` may be NULL.
@@ -28,6 +28,6 @@ uint32_t ListKeyNames(const IniDocument& document, const char* app, const char* 
 uint32_t ReadProfileText(const IniDocument& document, const char* app, const char* key,
                          const char* defaultText, char* buffer, uint32_t size);
 
-}  // namespace tolvex::platform
+}  // namespace tolvex::reference
 
-#endif  // TOLVEX_PLATFORM_INIQUERY_H
+#endif  // TOLVEX_TESTS_REFERENCE_INIQUERY_H

@@ -1,16 +1,16 @@
 // The changes of WritePrivateProfileStringA as edits of the file's text: set a value, remove
 // a key, remove a section. Each returns the file's new bytes, in which only the line concerned
 // changed (or one line was added), or nothing when the file must stay as it is. OS-unaware.
-#ifndef TOLVEX_PLATFORM_INIEDITOR_H
-#define TOLVEX_PLATFORM_INIEDITOR_H
+#ifndef TOLVEX_TESTS_REFERENCE_INIEDITOR_H
+#define TOLVEX_TESTS_REFERENCE_INIEDITOR_H
 
 #include <optional>
 #include <string>
 #include <string_view>
 
-#include "platform/IniDocument.h"
+#include "reference/IniDocument.h"
 
-namespace tolvex::platform {
+namespace tolvex::reference {
 
 // Sets `key` of section `app` to `value`. Names are matched trimmed, ignoring ASCII case; the
 // value loses its leading blanks. A new key goes after the last line of the section, a new
@@ -33,6 +33,6 @@ std::optional<std::string> RemoveSection(const IniDocument& document, std::strin
 std::optional<std::string> EditProfileText(const IniDocument& document, std::string_view bytes,
                                            const char* app, const char* key, const char* value);
 
-}  // namespace tolvex::platform
+}  // namespace tolvex::reference
 
-#endif  // TOLVEX_PLATFORM_INIEDITOR_H
+#endif  // TOLVEX_TESTS_REFERENCE_INIEDITOR_H

@@ -1,10 +1,12 @@
 // Edits of a profile file's text. Every edit is one splice of the original bytes: the units
 // of the document map back to byte offsets, and new text is encoded in the file's own
 // encoding, so everything outside the splice stays byte for byte. Linear in the file size.
-#include "platform/IniEditor.h"
+#include "reference/IniEditor.h"
 
-namespace tolvex::platform {
+namespace tolvex::reference {
 namespace {
+
+using platform::EncodeUnits;
 
 const std::u16string_view kCrLf = u"\r\n";
 
@@ -102,4 +104,4 @@ std::optional<std::string> EditProfileText(const IniDocument& document, std::str
   return SetValue(document, bytes, app, key, value);
 }
 
-}  // namespace tolvex::platform
+}  // namespace tolvex::reference

@@ -1,12 +1,16 @@
 // The reads of the profile functions: find by the lookup rules, convert to code page 1252,
 // and hand the text to the buffer rules. Each read is one linear scan of the document.
-#include "platform/IniQuery.h"
+#include "reference/IniQuery.h"
 
 #include <string>
 
 #include "platform/ResultBuffer.h"
 
-namespace tolvex::platform {
+namespace tolvex::reference {
+
+using platform::CopyNameList;
+using platform::CopyValueText;
+using platform::TrimDefaultSpaces;
 
 uint32_t ReadValue(const IniDocument& document, const char* app, const char* key,
                    const char* defaultText, char* buffer, uint32_t size) {
@@ -60,4 +64,4 @@ uint32_t ReadProfileText(const IniDocument& document, const char* app, const cha
   return ReadValue(document, app, key, defaultText, buffer, size);
 }
 
-}  // namespace tolvex::platform
+}  // namespace tolvex::reference
