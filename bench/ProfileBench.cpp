@@ -3,7 +3,13 @@
 //    call, and built inside one TemplateEdit, against the durable-write floor: the same bytes
 //    written once to a temporary file, flushed, renamed over the file, and the folder flushed;
 //  - one value read, and GetBtnPosition (five reads), against one stat() of the file, on
-//    templates of about 6 KB, 38 KB and 550 KB.
+//    templates of about 6 KB, 38 KB and 550 KB;
+//  - one call-by-call write (an existing key, a new key) and SetBtnPosition (four writes)
+//    against the durable-write floor of the same file, with the heap a write takes beyond what
+//    it held before, as a multiple of the file's size ("heap_x_file": the largest over the
+//    iterations after the first; "heap_first_x_file": the first write on a file only
+//    read so far), and the heap the first read of the file takes to make its form
+//    ("read_first_x_file").
 // Each benchmark times both sides itself, interleaved, and reports their ratio as the counter
 // "x_floor" or "x_stat"; run with --benchmark_repetitions for medians.
 #include <fcntl.h>
@@ -16,12 +22,48 @@
 
 #include <benchmark/benchmark.h>
 
+#include <malloc.h>
+
+#include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <new>
+#include <random>
 #include <string>
 
 #include "tests/support/FullPage.h"
+
+// A counting heap: the bytes in use now and the most in use since the last ResetPeak. Counts
+// usable sizes, so what a free returns is known without a table.
+namespace heap {
+std::atomic<size_t> inUse{0}, peak{0};
+void Note(void* block) {
+  if (!block) return;
+  const size_t now = inUse.fetch_add(malloc_usable_size(block)) + malloc_usable_size(block);
+  size_t high = peak.load();
+  while (now > high && !peak.compare_exchange_weak(high, now)) {
+  }
+}
+void ResetPeak() { peak = inUse.load(); }
+}  // namespace heap
+
+void* operator new(size_t size) {
+  void* block = std::malloc(size ? size : 1);
+  if (!block) throw std::bad_alloc();
+  heap::Note(block);
+  return block;
+}
+// The blocks of this operator new come from malloc, so free is their match.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmismatched-new-delete"
+void operator delete(void* block) noexcept {
+  if (block) heap::inUse -= malloc_usable_size(block);
+  std::free(block);
+}
+#pragma GCC diagnostic pop
+void operator delete(void* block, size_t) noexcept { operator delete(block); }
 
 namespace {
 
@@ -179,5 +221,87 @@ void BM_GetBtnPosition(benchmark::State& state) {
   AgainstStat(state, file, [&] { benchmark::DoNotOptimize(file.menu().GetBtnPosition(1, &rect)); });
 }
 BENCHMARK(BM_GetBtnPosition)->Arg(4)->Arg(11)->Arg(36)->Arg(42);
+
+// Times `write(i)` (one call-by-call change of the file) against the durable-write floor of the
+// file's bytes, alternating, and measures the heap each write takes beyond what was in use.
+template <typename Write>
+void AgainstFloor(benchmark::State& state, PageFile& file, Write write) {
+  BenchDir floorDir;
+  const std::string floorPath = floorDir.File("floor.ini");
+  const std::string bytes = ReadAll(file.path());
+  char buffer[80];
+  // A read first, as an application reads a page before it changes it: it reads the file and
+  // makes its indexed form, which the cache of this thread keeps ("read_first_x_file": the
+  // most heap it took beyond what was in use).
+  const size_t beforeRead = heap::inUse.load();
+  heap::ResetPeak();
+  GetPrivateProfileStringA("Background", "NTSC", "", buffer, sizeof buffer, file.path());
+  state.counters["read_first_x_file"] =
+      (static_cast<double>(heap::peak.load()) - static_cast<double>(beforeRead)) / file.bytes();
+  double written = 0, floor = 0, firstHeap = 0, heapMost = 0;
+  unsigned i = 0;
+  for (auto _ : state) {
+    const size_t before = heap::inUse.load();
+    heap::ResetPeak();
+    Clock::time_point start = Clock::now();
+    if (!write(i)) std::abort();
+    written += Seconds(start);
+    const double taken =
+        (static_cast<double>(heap::peak.load()) - static_cast<double>(before)) / file.bytes();
+    if (i == 0) {
+      firstHeap = taken;
+    } else {
+      heapMost = std::max(heapMost, taken);
+    }
+    ++i;
+    start = Clock::now();
+    DurableWrite(floorDir.path(), floorPath, bytes);
+    floor += Seconds(start);
+  }
+  state.counters["bytes"] = file.bytes();
+  state.counters["x_floor"] = written / floor;
+  state.counters["write_ms"] = written * 1e3 / static_cast<double>(state.iterations());
+  state.counters["floor_ms"] = floor * 1e3 / static_cast<double>(state.iterations());
+  state.counters["heap_first_x_file"] = firstHeap;
+  state.counters["heap_x_file"] = heapMost;
+}
+
+// An existing key of a random layout gets a new value.
+void BM_WriteExistingKey(benchmark::State& state) {
+  const unsigned maxCount = static_cast<unsigned>(state.range(0));
+  PageFile file(maxCount);
+  std::mt19937 random(7);
+  AgainstFloor(state, file, [&](unsigned i) {
+    const std::string section = "NumOfButton" + std::to_string(1 + random() % maxCount);
+    return WritePrivateProfileStringA(section.c_str(), "ButtonPosition0_left",
+                                      std::to_string(1000 + i).c_str(), file.path());
+  });
+}
+BENCHMARK(BM_WriteExistingKey)->Arg(4)->Arg(11)->Arg(42)->Unit(benchmark::kMillisecond);
+
+// A key not in the file yet goes at the end of a random layout.
+void BM_WriteNewKey(benchmark::State& state) {
+  const unsigned maxCount = static_cast<unsigned>(state.range(0));
+  PageFile file(maxCount);
+  std::mt19937 random(11);
+  AgainstFloor(state, file, [&](unsigned i) {
+    const std::string section = "NumOfButton" + std::to_string(1 + random() % maxCount);
+    return WritePrivateProfileStringA(section.c_str(), ("Added" + std::to_string(i)).c_str(),
+                                      "1", file.path());
+  });
+}
+BENCHMARK(BM_WriteNewKey)->Arg(4)->Arg(11)->Arg(42)->Unit(benchmark::kMillisecond);
+
+// SetBtnPosition: the layout lookup and four writes.
+void BM_SetBtnPosition(benchmark::State& state) {
+  const unsigned maxCount = static_cast<unsigned>(state.range(0));
+  PageFile file(maxCount);
+  std::mt19937 random(13);
+  AgainstFloor(state, file, [&](unsigned i) {
+    const int x = static_cast<int>(i % 500);
+    return file.menu().SetBtnPosition(random() % maxCount, tagRECT{x, 10, x + 100, 80}) == 1;
+  });
+}
+BENCHMARK(BM_SetBtnPosition)->Arg(42)->Unit(benchmark::kMillisecond);
 
 }  // namespace

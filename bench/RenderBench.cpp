@@ -16,7 +16,7 @@
 #include <string>
 #include <vector>
 
-#include "renderer/AtomicFile.h"
+#include "renderer/OutputName.h"
 #include "renderer/BmpWriter.h"
 #include "renderer/Picture.h"
 
@@ -129,7 +129,7 @@ void BM_Floor(benchmark::State& state) {
     }
     const std::string bytes =
         EncodeBmp24(PixelRows{720, 576, canvas.data(), 720 * 4, PixelLayout::kCairo});
-    if (ReplaceFile(page.folder + "/floor.bmp", bytes) != Status::kOk) {
+    if (WriteOutput(page.folder + "/floor.bmp", bytes) != Status::kOk) {
       state.SkipWithError("writing failed");
     }
   }

@@ -1,7 +1,7 @@
 // The rectangle, frame and pictures of the numbered buttons of CMenuTemplate.
 #include <tolvex/MenuTemplate.h>
 
-#include "buttons/ButtonKeys.h"
+#include "keys/ButtonKeys.h"
 #include "buttons/LayoutLookup.h"
 
 using namespace tolvex::buttons;

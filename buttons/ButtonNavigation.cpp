@@ -3,7 +3,7 @@
 // layout section.
 #include <tolvex/MenuTemplate.h>
 
-#include "buttons/ButtonKeys.h"
+#include "keys/ButtonKeys.h"
 #include "buttons/LayoutLookup.h"
 
 using namespace tolvex::buttons;

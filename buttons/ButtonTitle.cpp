@@ -2,7 +2,7 @@
 // background title, nothing read here is kept in the object.
 #include <tolvex/MenuTemplate.h>
 
-#include "buttons/ButtonKeys.h"
+#include "keys/ButtonKeys.h"
 #include "buttons/LayoutLookup.h"
 
 using namespace tolvex::buttons;

@@ -6,6 +6,10 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "keys/ButtonKeys.h"
+#include "keys/NavButtonKeys.h"
+#include "keys/PageKeys.h"
+
 namespace tolvex::buttons {
 
 namespace {
@@ -23,10 +27,10 @@ CString IndexText(unsigned int index) {
 bool LookUpLayoutSection(const CString& file, CString* section) {
   char count[kShortRead];
   count[0] = '\0';
-  GetPrivateProfileStringA("Background", "CurrentNumberOfButton", kNoCount, count, kShortRead,
-                           file);
+  GetPrivateProfileStringA(background::kSection, background::kCurrentButtons.keys[0], kNoCount,
+                           count, kShortRead, file);
   if (std::strcmp(count, kNoCount) == 0) return false;
-  *section = "NumOfButton";
+  *section = kLayoutPrefix;
   *section += IntegerText(std::atoi(count));
   return true;
 }
@@ -40,8 +44,8 @@ KeyTarget ButtonTarget(const CString& file, unsigned int index) {
 KeyTarget ButtonNavLinkTarget(const CString& file, unsigned int index) {
   CString section;
   if (!LookUpLayoutSection(file, &section)) return KeyTarget::Unusable();
-  if (index == 0) section = "PrevButton";
-  if (index == 1) section = "NextButton";
+  if (index == 0) section = navbuttons::kPrevious.section;
+  if (index == 1) section = navbuttons::kNext.section;
   return KeyTarget::In(file, section, IndexText(index));
 }
 

@@ -1,7 +1,7 @@
 // Writes the seed corpora of the fuzz targets from the fixtures of the test suite: every golden
 // case of the profile functions becomes one input of the profile target (its file and calls),
 // and every template below becomes an input of the renderer and show targets, with the
-// example pictures. Usage: make_seeds <source folder> <corpus folder>; one subfolder per target.
+// example pictures; the documents below are the apply target's, among them deep and huge ones. Usage: make_seeds <source folder> <corpus folder>; one subfolder per target.
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -87,6 +87,36 @@ std::string RenderSeed(const std::string& picture, const std::string& text) {
   return seed + picture + text;
 }
 
+// Documents for apply: a page's worth of changes, parts of one, and hostile ones.
+std::vector<std::string> ApplySeeds() {
+  std::vector<std::string> seeds = {
+      R"({"file":"menu.ini","layoutInUse":2,"page":{"mode":"ntsc","background":"bg.png",)"
+      R"("music":"","buttons.max":3,"buttons.current":2,"output":"menu.bmp","mask":"menu_mask.bmp",)"
+      R"("title":"Holidays","title.position":{"x":72,"y":48},"title.font.name":"DejaVu Sans",)"
+      R"("title.font.size":24,"title.font.rgb":{"red":255,"green":255,"blue":255},)"
+      R"("title.font.style":{"italic":false,"bold":true,"underline":false}},)"
+      R"("prev":{"enabled":true,"rect":{"left":72,"top":380,"right":152,"bottom":424},)"
+      R"("picture":"","frame.picture":"","frame.size":2,"navinfo":{"r":1,"c":1}},)"
+      R"("next":{"enabled":false},"layouts":[{"count":2,"current":true,"section":"NumOfButton2",)"
+      R"("buttons":[{"button":1,"index":2,"rect":{"left":100,"top":100,"right":260,"bottom":190},)"
+      R"("title":"Beach","title.position":{"x":100,"y":196},"frame.rgb":{"red":200,"green":0,)"
+      R"("blue":0},"navinfo":{"r":1,"c":1}},{"button":2,"title":"Town"}]},)"
+      R"({"count":3,"buttons":[{"index":4,"rect":{"right":600}}]}]})",
+      R"({"page":{"title":"€ ÿ ","music":null}})",
+      R"({"layouts":[{"count":-1,"buttons":[{"index":4294967295,"title":"x"}]}]})",
+      R"({"page":{"ti[31mtle":1,"title.font.name":"]0;x"}})",
+  };
+  const std::string deep(100000, '[');
+  seeds.push_back(R"({"page":{"title":)" + deep + std::string(100000, ']') + "}}");
+  seeds.push_back(R"({"layouts":[{"count":2,"buttons":[{"button":1,"rect":)" + deep);
+  std::string elements = "[0";
+  for (int i = 1; i < 50000; ++i) elements += ",0";
+  seeds.push_back(R"({"page":{"title":)" + elements + "]}}");
+  seeds.push_back(R"({"page":{"title":")" + std::string(200000, 'x') + R"("}})");
+  seeds.push_back(R"({"page":{")" + std::string(100000, 'n') + R"(":1}})");
+  return seeds;
+}
+
 void Write(const fs::path& folder, const std::string& name, const std::string& bytes) {
   fs::create_directories(folder);
   tolvex::fuzz::WriteBytes((folder / name).string(), bytes);
@@ -113,6 +143,9 @@ int main(int argc, char** argv) {
       Write(out / "render", "template" + std::to_string(t) + "-picture" + std::to_string(p),
             RenderSeed(pictures[p], kTemplates[t]));
   }
+  const std::vector<std::string> documents = ApplySeeds();
+  for (size_t d = 0; d < documents.size(); ++d)
+    Write(out / "apply", "document" + std::to_string(d), documents[d]);
   int n = 0;
   for (const char* word : {"12", "-5", "2147483647", "-2147483648", "4294967295", "yes", "no",
                            "true", "off", "ntsc", "PAL", "Holidays", "12abc", "+3", ""}) {

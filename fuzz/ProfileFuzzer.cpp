@@ -22,14 +22,14 @@
 
 #include "fuzz/FuzzInput.h"
 #include "platform/FaultInjection.h"
-#include "platform/IniDocument.h"
-#include "platform/IniEditor.h"
-#include "platform/IniQuery.h"
+#include "reference/IniDocument.h"
+#include "reference/IniEditor.h"
+#include "reference/IniQuery.h"
 
 namespace tolvex::fuzz {
 namespace {
 
-using platform::IniDocument;
+using reference::IniDocument;
 using Text = std::optional<std::string>;
 
 struct FileState {
@@ -92,11 +92,11 @@ FileState ExpectedAfterWrite(const FileState& before, const Text& app, const Tex
   IniDocument document(before.bytes);
   std::optional<std::string> changed;
   if (!key) {
-    changed = platform::RemoveSection(document, before.bytes, *app);
+    changed = reference::RemoveSection(document, before.bytes, *app);
   } else if (!value) {
-    changed = platform::RemoveKey(document, before.bytes, *app, *key);
+    changed = reference::RemoveKey(document, before.bytes, *app, *key);
   } else {
-    changed = platform::SetValue(document, before.bytes, *app, *key, *value);
+    changed = reference::SetValue(document, before.bytes, *app, *key, *value);
   }
   return {true, changed ? *changed : before.bytes};
 }
@@ -124,7 +124,7 @@ std::optional<std::string> ReadBackOf(const std::string& value) {
 std::string ReadValue(const IniDocument& document, const std::string& app,
                       const std::string& key) {
   std::vector<char> buffer(1 << 16);
-  uint32_t length = platform::ReadValue(document, app.c_str(), key.c_str(), "\x01", buffer.data(),
+  uint32_t length = reference::ReadValue(document, app.c_str(), key.c_str(), "\x01", buffer.data(),
                                         static_cast<uint32_t>(buffer.size()));
   return std::string(buffer.data(), length);
 }
@@ -175,7 +175,7 @@ void CheckOneSplice(const std::string& before, const std::string& after, bool is
 void CheckOtherValuesKept(const FileState& before, const FileState& after, const std::string& app,
                           const std::string& key) {
   const IniDocument oldDocument(before.bytes), newDocument(after.bytes);
-  for (const platform::IniSection& section : oldDocument.sections()) {
+  for (const reference::IniSection& section : oldDocument.sections()) {
     const std::string sectionName = oldDocument.Ansi(section.name);
     for (size_t i = section.firstLine; i < section.endLine; ++i) {
       const platform::IniLine& line = oldDocument.lines()[i];

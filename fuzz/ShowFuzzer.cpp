@@ -9,8 +9,8 @@
 #include <sstream>
 
 #include "fuzz/FuzzInput.h"
-#include "tools/Commands.h"
-#include "tools/ToolError.h"
+#include "tools/cli/Commands.h"
+#include "tools/cli/ToolError.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using namespace tolvex::fuzz;

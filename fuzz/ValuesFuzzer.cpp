@@ -8,7 +8,7 @@
 #include <cstdint>
 
 #include "fuzz/FuzzInput.h"
-#include "tools/Values.h"
+#include "tools/page/Values.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using namespace tolvex::fuzz;

@@ -1,11 +1,9 @@
-// The indexed form of a profile file. It is built from the parse of IniDocument and changes
-// lines with ParseLine, the parser's own rule for one line, so both always read a text alike.
+// The indexed form of a profile file: built in one pass over the file's units, reading each
+// line by the rules of IniLine.h, and changed one line at a time by the same rules.
 #include "platform/IndexedIni.h"
 
 #include <algorithm>
-#include <optional>
 
-#include "platform/IniEditor.h"
 #include "platform/ResultBuffer.h"
 
 namespace tolvex::platform {
@@ -33,43 +31,68 @@ UnitRange Shifted(UnitRange range, size_t by) { return {range.begin - by, range.
 }  // namespace
 
 IndexedIni::IndexedIni(std::string_view bytes) {
-  const IniDocument document(bytes);
-  const FileText& text = document.text();
+  const FileText text = DecodeFile(bytes);
   const std::u16string& units = text.units;
-  const auto& lines = document.lines();
   m_encoding = text.encoding;
+  m_units = units.size();
   m_mark = std::string(bytes.substr(0, text.markBytes));
   m_tail = std::string(bytes.substr(std::min(bytes.size(), text.ByteOffset(units.size()))));
-  m_prefix = units.substr(0, lines.empty() ? units.size() : lines[0].whole.begin);
-  m_sections.reserve(document.sections().size());
-  for (const IniSection& parsed : document.sections()) {
-    Section section;
-    section.lines.reserve(parsed.endLine - parsed.firstLine);
-    for (size_t i = parsed.firstLine; i < parsed.endLine; ++i) {
-      const IniLine& from = lines[i];
-      const size_t begin = from.whole.begin;
-      const size_t end = i + 1 < lines.size() ? lines[i + 1].whole.begin : units.size();
-      Line line;
-      line.units = units.substr(begin, end - begin);
-      line.parse = from;
-      line.parse.whole = Shifted(from.whole, begin);
-      line.parse.content = Shifted(from.content, begin);
-      line.parse.name = Shifted(from.name, begin);
-      if (from.hasValue) {
-        line.parse.valueStart = Shifted(from.valueStart, begin);
-        line.parse.value = Shifted(from.value, begin);
-      }
-      line.breakAt = line.parse.content.end;
-      while (line.breakAt < line.parse.whole.end && line.units[line.breakAt] != '\r' &&
-             line.units[line.breakAt] != '\n')
-        ++line.breakAt;
-      m_memory += sizeof(Line) + line.units.capacity() * sizeof(char16_t);
-      section.lines.push_back(std::move(line));
+
+  // A line with content is kept once the next one is found, so that it can take the blank
+  // lines between them.
+  struct Pending {
+    size_t begin = 0, breakAt = 0;
+    IniLine parse;
+  };
+  Pending pending;
+  bool anyLine = false, previousNameEmpty = false;
+  auto keep = [&](size_t upTo) {
+    Line line;
+    line.units = units.substr(pending.begin, upTo - pending.begin);
+    line.breakAt = pending.breakAt;
+    line.parse = pending.parse;
+    if (line.parse.isHeader) {
+      m_sections.emplace_back();
+      previousNameEmpty = false;
+    } else {
+      if (m_sections.empty()) m_sections.emplace_back();  // the nameless section
+      const bool nameEmpty = line.parse.name.empty();
+      line.parse.dropped = nameEmpty && previousNameEmpty;
+      if (!line.parse.dropped) previousNameEmpty = nameEmpty;
     }
-    m_sections.push_back(std::move(section));
-    IndexSection(static_cast<uint32_t>(m_sections.size() - 1));
+    m_memory += sizeof(Line) + line.units.capacity() * sizeof(char16_t);
+    m_sections.back().lines.push_back(std::move(line));
+  };
+  for (size_t begin = 0; begin < units.size();) {
+    const size_t breakAt = LineBreakAt(units, begin);
+    const size_t end = LineEndAfter(units, breakAt);
+    IniLine parse;
+    if (ParseLine(units, begin, breakAt, &parse)) {
+      if (anyLine) {
+        keep(begin);
+      } else {
+        m_prefix = units.substr(0, begin);
+      }
+      anyLine = true;
+      parse.whole = {0, end - begin};
+      parse.hasBreak = end > breakAt;
+      parse.content = Shifted(parse.content, begin);
+      parse.name = Shifted(parse.name, begin);
+      if (parse.hasValue) {
+        parse.valueStart = Shifted(parse.valueStart, begin);
+        parse.value = Shifted(parse.value, begin);
+      }
+      pending = Pending{begin, breakAt - begin, parse};
+    }
+    begin = end;
   }
-  m_memory += sizeof(*this) + m_prefix.size() * 2 + m_sections.size() * sizeof(Section) +
+  if (anyLine) {
+    keep(units.size());
+  } else {
+    m_prefix = units;
+  }
+  for (uint32_t i = 0; i < m_sections.size(); ++i) IndexSection(i);
+  m_memory += sizeof(*this) + m_prefix.size() * 2 + m_sections.capacity() * sizeof(Section) +
               m_firstSection.MemoryUse();
 }
 
@@ -144,8 +167,9 @@ Status IndexedIni::WriteBytes(const ByteSink& write) const {
   const bool wide = m_encoding == FileEncoding::kUtf16Le || m_encoding == FileEncoding::kUtf16Be;
   const bool little = m_encoding == FileEncoding::kUtf16Le;
   const size_t unitBytes = wide ? 2 : 1;
-  // One buffer, filled and handed on: the file is never held whole.
-  std::string buffer(kPieceBytes, '\0');
+  // One buffer, filled and handed on: the file is never held whole, and a small file takes
+  // about its size.
+  std::string buffer(std::max<size_t>(std::min(ByteSize(), kPieceBytes), 2), '\0');
   char* const start = buffer.data();
   char* const end = start + buffer.size();
   char* to = start;
@@ -226,54 +250,84 @@ uint32_t IndexedIni::ListSectionNames(char* buffer, uint32_t size) const {
   return CopyNameList(list, buffer, size);
 }
 
+std::string IndexedIni::KeyNames(const char* app) const {
+  std::string list;
+  const int found = FindSection(NameUnits(app));
+  if (found < 0) return list;
+  for (const Line& line : m_sections[found].lines) {
+    const IniLine& parse = line.parse;
+    if (parse.isHeader || parse.dropped || !parse.hasValue) continue;
+    if (!parse.name.empty() && line.units[parse.name.begin] == ';') continue;
+    AppendAnsiFromUnits(View(line.units, parse.name), m_encoding, &list);
+    list.push_back('\0');
+  }
+  return list;
+}
+
 uint32_t IndexedIni::ListKeyNames(const char* app, const char* defaultText, char* buffer,
                                   uint32_t size) const {
   if (size == 0) return 0;
-  std::string list;
-  bool firstEmpty = false;
-  int found = size > 2 ? FindSection(NameUnits(app)) : -1;
-  if (found >= 0) {
-    for (const Line& line : m_sections[found].lines) {
-      const IniLine& parse = line.parse;
-      if (parse.isHeader || parse.dropped || !parse.hasValue) continue;
-      if (!parse.name.empty() && line.units[parse.name.begin] == ';') continue;
-      if (list.empty() && parse.name.empty()) firstEmpty = true;
-      list += AnsiFromUnits(View(line.units, parse.name), m_encoding);
-      list.push_back('\0');
-    }
-  }
-  if (list.empty() || firstEmpty)
+  const std::string list = size > 2 ? KeyNames(app) : std::string();
+  // The default stands in for an empty list and for one whose first name is empty.
+  if (list.empty() || list.front() == '\0')
     return CopyValueText(defaultText ? defaultText : "", buffer, size);
   return CopyNameList(list, buffer, size);
 }
 
 bool IndexedIni::Write(const char* app, const char* key, const char* value) {
-  if (!key || !value) return Rebuild(app, key, value);
+  if (!key) return RemoveSection(app);
+  if (!value) return RemoveKey(app, key);
   m_newValue.clear();
   AppendUnitsFromAnsi(WithoutLeadingBlanks(value), m_encoding, &m_newValue);
   const std::u16string_view newValue = m_newValue;
-  Outcome outcome = Outcome::kRebuild;
-  if (!HasLineBreak(newValue)) {
-    const int found = FindTrimmedSection(app);
-    if (found < 0) {
-      outcome = AddSection(app, key, newValue);
-    } else {
-      Section& section = m_sections[found];
-      const int64_t entry = FindEntry(section, key);
-      outcome = entry < 0 ? AddEntry(section, key, newValue)
-                          : SetExisting(section.lines[entry], newValue);
-    }
+  Outcome outcome;
+  const int found = FindTrimmedSection(app);
+  if (found < 0) {
+    outcome = AddSection(app, key, newValue);
+  } else {
+    Section& section = m_sections[found];
+    const int64_t entry = FindEntry(section, key);
+    outcome = entry < 0 ? AddEntry(section, key, newValue)
+                        : SetExisting(section.lines[entry], newValue);
   }
-  if (outcome == Outcome::kRebuild) return Rebuild(app, key, value);
-  return outcome == Outcome::kChanged;
+  if (outcome == Outcome::kReindex) Reindex();
+  return outcome != Outcome::kUnchanged;
 }
 
+bool IndexedIni::RemoveKey(const char* app, const char* key) {
+  // Removals match names untrimmed, and look through every section of that name in turn.
+  const std::u16string appUnits = Units(app), keyUnits = Units(key);
+  for (Section& section : m_sections) {
+    if (!NameIndex::SameName(NameOf(section), appUnits)) continue;
+    const int64_t entry = section.entries.Find(keyUnits, EntryNames{&section});
+    if (entry < 0) continue;
+    // The line goes with its own break; the blank lines after it stay.
+    Line& line = section.lines[entry];
+    line.units.erase(0, line.parse.whole.end);
+    Reindex();
+    return true;
+  }
+  return false;
+}
+
+bool IndexedIni::RemoveSection(const char* app) {
+  const int found = FindSection(Units(app));
+  if (found < 0) return false;
+  // Its lines with the blank lines up to the next header.
+  m_sections.erase(m_sections.begin() + found);
+  Reindex();
+  return true;
+}
+
+void IndexedIni::Reindex() { *this = IndexedIni(Bytes()); }
+
 IndexedIni::Outcome IndexedIni::SetExisting(Line& line, std::u16string_view value) {
+  if (line.parse.hasValue && View(line.units, line.parse.value) == value)
+    return Outcome::kUnchanged;
   std::u16string units = line.units;
   UnitRange replaced{line.parse.content.end, line.parse.content.end};
   std::u16string insert(value);
   if (line.parse.hasValue) {
-    if (View(line.units, line.parse.value) == value) return Outcome::kUnchanged;
     // From the value's first character to the end of the line's text; text after a NUL goes
     // too, spacing before the value and the line break stay.
     replaced = line.parse.valueStart;
@@ -284,11 +338,14 @@ IndexedIni::Outcome IndexedIni::SetExisting(Line& line, std::u16string_view valu
   const size_t grown = insert.size(), shrunk = replaced.size();
   IniLine parse = line.parse;
   const size_t breakAt = line.breakAt + grown - shrunk;
-  // A value can turn an entry such as "[x" into a header: the structure changes.
-  if (!ParseLine(units, 0, breakAt, &parse) || parse.isHeader) return Outcome::kRebuild;
-  parse.whole.end = parse.whole.end + grown - shrunk;
   m_memory += (units.size() - std::min(units.size(), line.units.size())) * 2;
+  m_units = m_units + units.size() - line.units.size();
   line.units = std::move(units);
+  // A line break in the value, or a value that turns an entry such as "[x" into a header,
+  // changes the structure.
+  if (HasLineBreak(value) || !ParseLine(line.units, 0, breakAt, &parse) || parse.isHeader)
+    return Outcome::kReindex;
+  parse.whole.end = parse.whole.end + grown - shrunk;
   line.breakAt = breakAt;
   line.parse = parse;
   return Outcome::kChanged;
@@ -302,13 +359,16 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
   line.units.reserve(name.size() + 1 + value.size() + 2 + last.units.size() -
                      last.parse.whole.end);
   AppendUnitsFromAnsi(name, m_encoding, &line.units);
-  if (HasLineBreak(line.units)) return Outcome::kRebuild;
   line.units += u"=";
   line.units += value;
   line.breakAt = line.units.size();
   line.units += kCrLf;
-  if (!ParseLine(line.units, 0, line.breakAt, &line.parse) || line.parse.isHeader)
-    return Outcome::kRebuild;
+  m_units += line.units.size();
+  // A line break in the name or value, or a line that reads as a header, changes the
+  // structure: the line is added as text all the same.
+  const bool plain = !HasLineBreak(std::u16string_view(line.units).substr(0, line.breakAt)) &&
+                     ParseLine(line.units, 0, line.breakAt, &line.parse) &&
+                     !line.parse.isHeader;
   line.parse.whole = {0, line.units.size()};
   line.parse.hasBreak = true;
 
@@ -319,10 +379,11 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
   }
   if (!last.parse.hasBreak) {
     last.units += kCrLf;
+    m_units += kCrLf.size();
     last.parse.whole.end += 2;
     last.parse.hasBreak = true;
   }
-  if (line.parse.name.empty()) {
+  if (plain && line.parse.name.empty()) {
     // An empty name right after another empty name (the last visible entry) is dropped.
     for (auto it = section.lines.rbegin(); it != section.lines.rend(); ++it) {
       if (it->parse.isHeader) break;
@@ -334,6 +395,7 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
   const uint32_t index = static_cast<uint32_t>(section.lines.size());
   m_memory += sizeof(Line) + 16 + line.units.capacity() * 2;
   section.lines.push_back(std::move(line));
+  if (!plain) return Outcome::kReindex;
   if (!section.lines.back().parse.dropped) {
     const Line& added = section.lines.back();
     section.entries.Insert(View(added.units, added.parse.name), index, EntryNames{&section});
@@ -348,16 +410,17 @@ IndexedIni::Outcome IndexedIni::AddSection(std::string_view app, std::string_vie
   Section section;
   // A section made here is being filled by a run of writes: room for them saves regrowing.
   section.lines.reserve(32);
-  if (HasLineBreak(header.units)) return Outcome::kRebuild;
   header.breakAt = header.units.size();
+  const bool plain = !HasLineBreak(header.units) &&
+                     ParseLine(header.units, 0, header.breakAt, &header.parse) &&
+                     header.parse.isHeader;
   header.units += kCrLf;
-  if (!ParseLine(header.units, 0, header.breakAt, &header.parse) || !header.parse.isHeader)
-    return Outcome::kRebuild;
+  m_units += header.units.size();
   header.parse.whole = {0, header.units.size()};
   header.parse.hasBreak = true;
   section.lines.push_back(std::move(header));
   // AddEntry makes the entry line; the header has no blank lines after it to hand on.
-  if (AddEntry(section, key, value) != Outcome::kChanged) return Outcome::kRebuild;
+  const Outcome entry = AddEntry(section, key, value);
 
   // A file whose last line has no break gets one first, so the header starts a line.
   std::u16string* last = &m_prefix;
@@ -371,20 +434,13 @@ IndexedIni::Outcome IndexedIni::AddSection(std::string_view app, std::string_vie
       }
     }
     *last += kCrLf;
+    m_units += kCrLf.size();
   }
   section.entries = NameIndex();
   m_sections.push_back(std::move(section));
+  if (!plain || entry == Outcome::kReindex) return Outcome::kReindex;
   IndexSection(static_cast<uint32_t>(m_sections.size() - 1));
   return Outcome::kChanged;
-}
-
-bool IndexedIni::Rebuild(const char* app, const char* key, const char* value) {
-  const std::string bytes = Bytes();
-  const IniDocument document(bytes);
-  std::optional<std::string> changed = EditProfileText(document, bytes, app, key, value);
-  if (!changed) return false;
-  *this = IndexedIni(*changed);
-  return true;
 }
 
 }  // namespace tolvex::platform

@@ -9,6 +9,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include "platform/Status.h"
 
@@ -93,11 +94,16 @@ struct FileIdentity {
 // The identity of `target` (links already resolved). The file need not exist; its folder must.
 Status IdentifyFile(const std::string& target, FileIdentity* identity);
 
+// The id of this process, without a system call on each use: kept, and renewed in a child
+// right after fork().
+int ProcessId();
+
 // Creates `folder` and any missing parents.
 Status CreateFolders(const std::string& folder);
 
 // An exclusive lock shared by every writer of the files of one folder, in this and in other
-// processes. Released by the destructor. Within one thread it is re-entrant: a thread that
+// processes. Released by the destructor, on whatever thread it runs (in a forked child it
+// only lets go of the child's copy). Within one thread it is re-entrant: a thread that
 // already holds a folder's lock (an edit holds it from its start to its end) takes it again at
 // once. See posix/PosixLock.cpp for why it is a folder lock and for the lock order.
 class FolderLock {
@@ -115,6 +121,8 @@ class FolderLock {
   bool m_held = false;
   uint64_t m_device = 0;
   uint64_t m_inode = 0;
+  int m_pid = 0;              // the process and thread that took it
+  std::thread::id m_thread;
 };
 
 }  // namespace tolvex::platform::os

@@ -28,28 +28,38 @@ struct Entry {
   std::string path;
   os::FileStamp stamp;
   bool trusted = false;
-  std::string bytes;  // compared when the stamp is not trusted
-  std::shared_ptr<const IndexedIni> parse;
-  size_t Memory() const { return bytes.capacity() + parse->MemoryUse() + path.size(); }
+  std::shared_ptr<IndexedIni> form;
+  // The file's bytes while the stamp is not trusted, so that proving the file unchanged is one
+  // comparison of bytes; dropped once a stamp is trusted.
+  std::string bytes;
+  size_t Memory() const { return form->MemoryUse() + path.size() + bytes.capacity(); }
 };
 
-bool Trusted(const os::FileStamp& stamp) {
-  return stamp.timesTrusted &&
-         stamp.takenNs - std::max(stamp.modifiedNs, stamp.changedNs) > kRacyNs;
+
+// Whether `form` gives exactly `bytes`, compared piece by piece as the form produces them, so
+// that the cache never needs a copy of the file.
+bool SameBytes(const IndexedIni& form, std::string_view bytes) {
+  bool same = true;
+  form.WriteBytes([&](std::string_view piece) {
+    same = bytes.substr(0, piece.size()) == piece;
+    if (!same) return Status::Error(StatusCode::kIoError);
+    bytes.remove_prefix(piece.size());
+    return Status::Ok();
+  });
+  return same && bytes.empty();
 }
 
 class Cache {
  public:
-  std::shared_ptr<const IndexedIni> Parsed(const std::string& path, Status* status) {
-    auto found = std::find_if(m_entries.begin(), m_entries.end(),
-                              [&](const Entry& entry) { return entry.path == path; });
+  std::shared_ptr<IndexedIni> Current(const std::string& path, Status* status) {
+    auto found = Find(path);
     if (found != m_entries.end()) {
       m_entries.splice(m_entries.begin(), m_entries, found);  // most recent first
-      Entry& entry = m_entries.front();
+      found = m_entries.begin();
       os::FileStamp now;
-      if (entry.trusted && os::StampFile(path, &now).ok() && now.SameFileAs(entry.stamp)) {
+      if (found->trusted && os::StampFile(path, &now).ok() && now.SameFileAs(found->stamp)) {
         *status = Status::Ok();
-        return entry.parse;
+        return found->form;
       }
     }
 
@@ -57,35 +67,68 @@ class Cache {
     os::FileStamp stamp;
     *status = os::ReadWholeFile(path, &bytes, &stamp);
     if (!status->ok()) {
-      if (found != m_entries.end()) Drop(m_entries.begin());
-      return m_empty;
+      if (found != m_entries.end()) Drop(found);
+      return nullptr;
     }
-    if (found != m_entries.end() && m_entries.front().bytes == bytes) {
+    if (found != m_entries.end() &&
+        (found->bytes.empty() ? SameBytes(*found->form, bytes) : found->bytes == bytes)) {
       // Unchanged after all; the new stamp was taken later and may now be trusted.
-      Entry& entry = m_entries.front();
-      entry.stamp = stamp;
-      entry.trusted = Trusted(stamp);
-      return entry.parse;
+      found->stamp = stamp;
+      found->trusted = StampProvesContent(stamp);
+      if (found->trusted) {
+        m_memory -= found->bytes.capacity();
+        found->bytes = std::string();
+      }
+      return found->form;
     }
-    if (found != m_entries.end()) Drop(m_entries.begin());
+    if (found != m_entries.end()) Drop(found);
 
     Entry entry;
     entry.path = path;
     entry.stamp = stamp;
-    entry.trusted = Trusted(stamp);
-    entry.parse = std::make_shared<const IndexedIni>(bytes);
+    entry.trusted = StampProvesContent(stamp);
+    entry.form = std::make_shared<IndexedIni>(bytes);
+    if (!entry.trusted) entry.bytes = std::move(bytes);
+    std::shared_ptr<IndexedIni> form = entry.form;
+    Keep(std::move(entry));  // unless it is too large: then it serves this call only
+    return form;
+  }
+
+  // `form` was written to `path` as `bytes`: it becomes the cached form of the file (whatever
+  // was cached for the path before, which a file made anew never came from). The file is
+  // stamped again, and the stamp is trusted only once a later read has compared the bytes
+  // (the write is too recent to tell apart from one in the same clock tick).
+  void Written(const std::string& path, std::shared_ptr<IndexedIni> form, std::string bytes) {
+    Forget(path);
+    Entry entry;
+    entry.path = path;
+    if (!os::StampFile(path, &entry.stamp).ok()) return;
+    entry.trusted = false;
+    entry.form = std::move(form);
     entry.bytes = std::move(bytes);
+    Keep(std::move(entry));
+  }
+
+  void Forget(const std::string& path) {
+    auto found = Find(path);
+    if (found != m_entries.end()) Drop(found);
+  }
+
+ private:
+  void Keep(Entry entry) {
     const size_t memory = entry.Memory();
-    if (memory > kParseCacheBytes) return entry.parse;  // used for this read only
+    if (memory > kParseCacheBytes) return;
     while (!m_entries.empty() &&
            (m_memory + memory > kParseCacheBytes || m_entries.size() >= kMaxEntries))
       Drop(std::prev(m_entries.end()));
     m_entries.push_front(std::move(entry));
     m_memory += memory;
-    return m_entries.front().parse;
   }
 
- private:
+  std::list<Entry>::iterator Find(const std::string& path) {
+    return std::find_if(m_entries.begin(), m_entries.end(),
+                        [&](const Entry& entry) { return entry.path == path; });
+  }
   void Drop(std::list<Entry>::iterator entry) {
     m_memory -= entry->Memory();
     m_entries.erase(entry);
@@ -93,14 +136,31 @@ class Cache {
 
   std::list<Entry> m_entries;
   size_t m_memory = 0;
-  std::shared_ptr<const IndexedIni> m_empty = std::make_shared<const IndexedIni>();
 };
+
+thread_local Cache t_cache;
 
 }  // namespace
 
-std::shared_ptr<const IndexedIni> ParsedFile(const std::string& path, Status* status) {
-  thread_local Cache cache;
-  return cache.Parsed(path, status);
+bool StampProvesContent(const os::FileStamp& stamp) {
+  return stamp.timesTrusted &&
+         stamp.takenNs - std::max(stamp.modifiedNs, stamp.changedNs) > kRacyNs;
 }
+
+std::shared_ptr<const IndexedIni> ParsedFile(const std::string& path, Status* status) {
+  static const auto empty = std::make_shared<const IndexedIni>();
+  std::shared_ptr<const IndexedIni> form = t_cache.Current(path, status);
+  return form ? form : empty;
+}
+
+std::shared_ptr<IndexedIni> FileToChange(const std::string& path, Status* status) {
+  return t_cache.Current(path, status);
+}
+
+void FileWritten(const std::string& path, std::shared_ptr<IndexedIni> form, std::string bytes) {
+  t_cache.Written(path, std::move(form), std::move(bytes));
+}
+
+void ForgetFile(const std::string& path) { t_cache.Forget(path); }
 
 }  // namespace tolvex::platform

@@ -4,9 +4,11 @@
 // Thread-safe as the layer below is.
 #include <tolvex/Profile.h>
 
+#include <cerrno>
 #include <memory>
 #include <string>
 
+#include "platform/FileReplace.h"
 #include "platform/Os.h"
 #include "platform/ProfileEdit.h"
 #include "platform/ProfileStore.h"
@@ -75,5 +77,16 @@ BOOL TolvexCommitProfileEdit(TolvexProfileEdit* edit) {
 }
 
 void TolvexEndProfileEdit(TolvexProfileEdit* edit) { delete edit; }
+
+int TolvexReplaceFile(LPCSTR path, const void* bytes, size_t size) {
+  if (!path || (!bytes && size != 0)) return EINVAL;
+  try {
+    const Status status = tolvex::platform::ReplaceWholeFile(
+        path, std::string_view(static_cast<const char*>(bytes), size));
+    return tolvex::platform::ErrnoFromStatus(status);
+  } catch (...) {  // std::bad_alloc, the only exception the layer below can raise
+    return ENOMEM;
+  }
+}
 
 }  // extern "C"

@@ -1,14 +1,22 @@
 // The edits of one thread: a session per edited file, holding the folder lock, the resolved
-// target and the staged copy, and the names found to lead to that file. Sessions are kept per
-// thread, so nothing here is shared between threads and nothing needs a lock of its own.
+// target and the staged copy, the names found to lead to that file, and what the file was when
+// the edit began. Sessions are kept per thread; another thread may only end one (by dropping
+// its edit), which it marks closed with an atomic flag that the owner's next call sees, and its
+// lock can be released from any thread (see posix/PosixLock.cpp). Misuse is refused or made
+// harmless: a commit from another thread or from a forked child fails with kNotOwner and
+// writes nothing; a forked child's calls go to the file (waiting for the parent's edit) and its
+// drop of the edit leaves the parent's lock alone; a thread that ends drops its edits.
 #include "platform/ProfileEdit.h"
 
 #include <algorithm>
+#include <atomic>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include "platform/Os.h"
+#include "platform/ParseCache.h"
 #include "platform/ProfileFolder.h"
 #include "platform/ProfileStore.h"
 #include "platform/StagedProfile.h"
@@ -21,14 +29,51 @@ struct EditSession {
   std::unique_ptr<os::FolderLock> lock;
   std::unique_ptr<StagedProfile> staged;
   std::vector<std::string> names;  // file arguments known to lead here
-  bool open = true;
+  std::atomic<bool> open{true};
+  // Who began the edit.
+  int pid = 0;
+  std::thread::id thread;
+  // The file when the edit began: whether it existed, its stamp, and, when the stamp was too
+  // recent to prove its content, its bytes.
+  bool existed = false;
+  os::FileStamp stamp;
+  bool stampProves = false;
+  std::string bytes;
+
+  bool OwnedHere() const {
+    return pid == os::ProcessId() && thread == std::this_thread::get_id();
+  }
 };
 
 namespace {
 
+// Ends the edit of `session` without writing: releases its lock, from whatever thread. The
+// first end wins; the owner's list forgets the session on its next call.
+void End(EditSession& session) {
+  if (!session.open.exchange(false)) return;
+  session.lock.reset();
+}
+
 struct ThreadEdits {
   std::vector<std::shared_ptr<EditSession>> sessions;
   std::vector<std::string> notEdited;  // file arguments known to lead elsewhere
+
+  // A thread that ends with edits never dropped releases their locks.
+  ~ThreadEdits() {
+    for (auto& session : sessions)
+      if (session->pid == os::ProcessId()) End(*session);
+  }
+  // Forgets the sessions that another thread ended, and in a forked child the parent's.
+  void Prune() {
+    const int pid = os::ProcessId();
+    const auto gone = std::remove_if(sessions.begin(), sessions.end(), [&](const auto& s) {
+      return !s->open.load() || s->pid != pid;
+    });
+    if (gone != sessions.end()) {
+      sessions.erase(gone, sessions.end());
+      notEdited.clear();
+    }
+  }
 };
 
 thread_local ThreadEdits t_edits;
@@ -43,20 +88,28 @@ Status Locate(const char* file, std::string* target, os::FileIdentity* identity)
 }
 
 EditSession* OpenSessionOf(const os::FileIdentity& identity) {
+  t_edits.Prune();
   for (auto& session : t_edits.sessions)
     if (session->identity == identity) return session.get();
   return nullptr;
 }
 
 void Close(EditSession& session) {
-  if (!session.open) return;
-  session.open = false;
-  session.lock.reset();
-  auto& sessions = t_edits.sessions;
-  sessions.erase(std::remove_if(sessions.begin(), sessions.end(),
-                                [&](const auto& s) { return s.get() == &session; }),
-                 sessions.end());
-  t_edits.notEdited.clear();
+  End(session);
+  t_edits.Prune();
+}
+
+// Whether the file is still as it was when the edit began: the same stamp, and the same bytes
+// when the stamp alone could not prove that. Another program may replace or rewrite the file
+// without taking our lock; the commit must not overwrite what it wrote.
+bool Unchanged(const EditSession& session) {
+  os::FileStamp now;
+  const bool exists = os::StampFile(session.target, &now).ok();
+  if (!session.existed) return !exists;
+  if (!exists || !now.SameFileAs(session.stamp)) return false;
+  if (session.stampProves) return true;
+  std::string bytes;
+  return os::ReadWholeFile(session.target, &bytes).ok() && bytes == session.bytes;
 }
 
 }  // namespace
@@ -79,6 +132,7 @@ Status ProfileEdit::Begin(const char* file, std::unique_ptr<ProfileEdit>* edit) 
   status = Locate(file, &session->target, &session->identity);
   if (!status.ok()) return status;
 
+  t_edits.Prune();
   for (auto& open : t_edits.sessions) {
     if (open->identity == session->identity) {
       edit->reset(new ProfileEdit(open, std::make_unique<StagedProfile>(*open->staged)));
@@ -94,9 +148,14 @@ Status ProfileEdit::Begin(const char* file, std::unique_ptr<ProfileEdit>* edit) 
   if (!status.ok()) return status;
   std::string bytes;
   if (exists) {
-    status = os::ReadWholeFile(session->target, &bytes);
+    status = os::ReadWholeFile(session->target, &bytes, &session->stamp);
     if (!status.ok()) return status;
+    session->stampProves = StampProvesContent(session->stamp);
+    if (!session->stampProves) session->bytes = bytes;
   }
+  session->existed = exists;
+  session->pid = os::ProcessId();
+  session->thread = std::this_thread::get_id();
   session->staged = std::make_unique<StagedProfile>(bytes, exists);
   session->names.push_back(file);
   t_edits.sessions.push_back(session);
@@ -107,10 +166,11 @@ Status ProfileEdit::Begin(const char* file, std::unique_ptr<ProfileEdit>* edit) 
 
 ProfileEdit::~ProfileEdit() {
   if (!IsOpen()) return;
-  if (m_savepoint) {
-    *m_session->staged = std::move(*m_savepoint);
-  } else {
+  if (!m_savepoint) {
+    // From any thread; in a forked child only the child's copy of the lock goes.
     Close(*m_session);
+  } else if (m_session->OwnedHere()) {
+    *m_session->staged = std::move(*m_savepoint);
   }
 }
 
@@ -118,6 +178,9 @@ bool ProfileEdit::IsOpen() const { return m_open && m_session->open; }
 
 Status ProfileEdit::Commit() {
   if (!IsOpen()) return Status::Error(StatusCode::kInvalidArgument);
+  // Only the thread that staged the changes writes them: another thread could race its calls,
+  // and a forked child holds a copy of the parent's changes, not its own.
+  if (!m_session->OwnedHere()) return Status::Error(StatusCode::kNotOwner);
   m_open = false;
   if (m_savepoint) {
     m_savepoint.reset();
@@ -129,6 +192,7 @@ Status ProfileEdit::Commit() {
     // Checked again: the file or its folder may have become read-only since the edit began.
     bool exists = false;
     status = os::CheckReplaceable(session.target, &exists);
+    if (status.ok() && !Unchanged(session)) status = Status::Error(StatusCode::kChanged);
     if (status.ok()) {
       const StagedProfile& staged = *session.staged;
       status = os::ReplaceFileFrom(session.target,
@@ -142,6 +206,7 @@ Status ProfileEdit::Commit() {
 StagedProfile* StagedFileFor(const char* file) {
   ThreadEdits& edits = t_edits;
   if (edits.sessions.empty() || !file || !*file) return nullptr;
+  edits.Prune();
   const std::string_view asked(file);
   for (auto& session : edits.sessions)
     for (const std::string& name : session->names)

@@ -2,7 +2,9 @@
 // makes to the edited file (by any name) goes to a copy held in memory, and Commit writes the
 // copy with one atomic replace. An edit belongs to the thread that began it; other threads and
 // processes see the file as it was until the commit, and their writers wait for the edit to
-// end (it holds the folder lock from begin to end; see posix/PosixLock.cpp).
+// end (it holds the folder lock from begin to end; see posix/PosixLock.cpp). Another thread may
+// drop an edit (which then ends at once), not commit it; a thread that ends drops its edits;
+// a forked child neither commits nor releases its parent's edit, and its calls go to the file.
 #ifndef TOLVEX_PLATFORM_PROFILEEDIT_H
 #define TOLVEX_PLATFORM_PROFILEEDIT_H
 
@@ -30,7 +32,10 @@ class ProfileEdit {
 
   bool IsOpen() const;
   // Writes the staged file with one atomic replace (nothing when nothing changed) and ends the
-  // edit, also on failure, which leaves the file as it was.
+  // edit, also on failure, which leaves the file as it was. Fails with kChanged, writing
+  // nothing, when another program changed or replaced the file since the edit began. From a
+  // thread or process other than the one that began the edit, fails with kNotOwner and leaves
+  // the edit as it was.
   Status Commit();
 
  private:

@@ -1,15 +1,14 @@
-// Reads and writes of profile files: path rules, then the OS seam for the bytes and the
-// parser and editor for their meaning, or the calling thread's edit of the file. Reads go
-// through the per-thread parse cache, which proves each time that the file is unchanged, so
-// every read sees every change made by any writer; writes read the file afresh under the lock.
+// Reads and writes of profile files: path rules, then the indexed form of the file from the
+// per-thread cache, or the calling thread's edit of the file. The cache proves each time that
+// the file is unchanged, so every read sees every change made by any writer; a write proves it
+// again under the folder lock before it changes one line.
 #include "platform/ProfileStore.h"
 
 #include <cstring>
 #include <memory>
-#include <optional>
 
-#include "platform/IniDocument.h"
-#include "platform/IniEditor.h"
+#include "platform/FileReplace.h"
+#include "platform/IndexedIni.h"
 #include "platform/Os.h"
 #include "platform/ParseCache.h"
 #include "platform/ProfileEdit.h"
@@ -21,32 +20,44 @@ namespace {
 
 bool IsBareName(const char* file) { return std::strpbrk(file, "/\\") == nullptr; }
 
+// A per-call write is a one-key edit of the file's indexed form: under the folder lock the form
+// is proved current (or read again), one line changes, and the form's bytes replace the file
+// as an edit's commit writes them. The changed form stays cached for the calls that follow.
 Status LockedWrite(const char* app, const char* key, const char* value,
                    const std::string& path) {
-  std::string target;
-  Status status = os::ResolveLinks(path, &target);
-  if (!status.ok()) return status;
   os::FolderLock lock;
-  status = lock.Acquire(target);
-  if (!status.ok()) return status;
-
-  // Checked first, so that a read-only file fails even when nothing would change.
+  std::string target;
   bool exists = false;
-  status = os::CheckReplaceable(target, &exists);
+  Status status = LockForReplace(path, &lock, &target, &exists);
   if (!status.ok()) return status;
-  std::string bytes;
+  std::shared_ptr<IndexedIni> form;
   if (exists) {
-    status = os::ReadWholeFile(target, &bytes);
+    form = FileToChange(target, &status);
     if (!status.ok()) return status;
   } else if (!value || !key) {
     // Windows leaves an empty file behind when asked to remove from a missing one.
     return os::ReplaceFile(target, "");
+  } else {
+    form = std::make_shared<IndexedIni>();
   }
 
-  std::optional<std::string> changed =
-      EditProfileText(IniDocument(bytes), bytes, app, key, value);
-  if (!changed) return Status::Ok();
-  return os::ReplaceFile(target, *changed);
+  if (!form->Write(app, key, value)) return Status::Ok();
+  // The bytes are kept as they are written, so that the next call proves the file unchanged
+  // with one comparison.
+  std::string written;
+  written.reserve(form->ByteSize());
+  status = os::ReplaceFileFrom(target, [&](const ByteSink& write) {
+    return form->WriteBytes([&](std::string_view piece) {
+      written += piece;
+      return write(piece);
+    });
+  });
+  if (status.ok()) {
+    FileWritten(target, form, std::move(written));
+  } else {
+    ForgetFile(target);
+  }
+  return status;
 }
 
 }  // namespace

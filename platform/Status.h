@@ -20,6 +20,8 @@ enum class StatusCode {
   kNoSpace,         // disk full, quota, or the file-size limit
   kNoMemory,
   kIoError,         // anything else the OS reported
+  kChanged,         // another program changed the file while an edit held it
+  kNotOwner,        // an edit used by a thread or process other than the one that began it
 };
 
 class Status {
@@ -46,6 +48,10 @@ using ByteSink = std::function<Status(std::string_view piece)>;
 
 // A short English description of `status`, for tests and debugging.
 std::string StatusText(const Status& status);
+
+// The errno value that says why `status` failed (0 for success), for the C functions that
+// report errno values: the system's own where it is one, else the nearest to its code.
+int ErrnoFromStatus(const Status& status);
 
 }  // namespace tolvex::platform
 

@@ -8,7 +8,7 @@
 #include <new>
 #include <string>
 
-#include "renderer/AtomicFile.h"
+#include "keys/PageKeys.h"
 #include "renderer/BmpWriter.h"
 #include "renderer/Failure.h"
 #include "renderer/MenuPainter.h"
@@ -26,12 +26,13 @@ Status RenderMenu(const std::string& templatePath) {
   if (const Status s = TemplateFile::Load(templatePath, &file); s != Status::kOk) return s;
   Page page;
   if (const Status s = ReadPage(file, &page); s != Status::kOk) return s;
-  const OutputName output = ResolveOutput(file, "OutputBmp", ".bmp");
-  const OutputName mask = ResolveOutput(file, "OutMask", "_mask.bmp");
+  const OutputName output = ResolveOutput(file, background::kOutputBmp.keys[0], ".bmp");
+  const OutputName mask = ResolveOutput(file, background::kOutMask.keys[0], "_mask.bmp");
   if (const Status s = CheckOutputIsNoInput(output.path, file, page, mask.path);
       s != Status::kOk) {
     return s;
   }
+  if (const Status s = CheckOutputIsOurs(output.path); s != Status::kOk) return s;
 
   SurfacePtr canvas;
   if (const Status s = PaintMenu(page, &canvas); s != Status::kOk) return s;
@@ -40,8 +41,8 @@ Status RenderMenu(const std::string& templatePath) {
       cairo_image_surface_get_data(canvas.get()), cairo_image_surface_get_stride(canvas.get()),
       PixelLayout::kCairo});
   if (bytes.empty()) return Fail(Status::kDrawingFailed, "cannot encode " + output.path);
-  if (const Status s = ReplaceFile(output.path, bytes); s != Status::kOk) return s;
-  return RecordOutput(templatePath, "OutputBmp", output);
+  if (const Status s = WriteOutput(output.path, bytes); s != Status::kOk) return s;
+  return RecordOutput(templatePath, background::kOutputBmp.keys[0], output);
 }
 
 // The gdk-pixbuf writer whose extensions include the target's, or nullptr (then BMP).
@@ -102,7 +103,7 @@ Status Resize(const std::string& source, const std::string& target, int width, i
                                   alpha ? PixelLayout::kRgba : PixelLayout::kRgb});
     if (bytes.empty()) return Fail(Status::kDrawingFailed, "cannot encode " + target);
   }
-  return ReplaceFile(target, bytes);
+  return WriteOutput(target, bytes);
 }
 
 // The reason of this library's last call on each thread, for TolvexMenuBmpLastError.

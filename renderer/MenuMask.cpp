@@ -6,7 +6,7 @@
 #include <new>
 #include <string>
 
-#include "renderer/AtomicFile.h"
+#include "keys/PageKeys.h"
 #include "renderer/BmpWriter.h"
 #include "renderer/Failure.h"
 #include "renderer/MaskPainter.h"
@@ -23,20 +23,21 @@ Status RenderMask(const std::string& templatePath) {
   if (const Status s = TemplateFile::Load(templatePath, &file); s != Status::kOk) return s;
   Page page;
   if (const Status s = ReadPage(file, &page); s != Status::kOk) return s;
-  const OutputName output = ResolveOutput(file, "OutMask", "_mask.bmp");
-  const OutputName menu = ResolveOutput(file, "OutputBmp", ".bmp");
+  const OutputName output = ResolveOutput(file, background::kOutMask.keys[0], "_mask.bmp");
+  const OutputName menu = ResolveOutput(file, background::kOutputBmp.keys[0], ".bmp");
   if (const Status s = CheckOutputIsNoInput(output.path, file, page, menu.path);
       s != Status::kOk) {
     return s;
   }
+  if (const Status s = CheckOutputIsOurs(output.path); s != Status::kOk) return s;
 
   const std::vector<uint8_t> rgb = PaintMask(page);
   const std::string bytes =
       EncodeBmp24(PixelRows{page.width, page.height, rgb.data(),
                             static_cast<ptrdiff_t>(page.width) * 3, PixelLayout::kRgb});
   if (bytes.empty()) return Fail(Status::kDrawingFailed, "cannot encode " + output.path);
-  if (const Status s = ReplaceFile(output.path, bytes); s != Status::kOk) return s;
-  return RecordOutput(templatePath, "OutMask", output);
+  if (const Status s = WriteOutput(output.path, bytes); s != Status::kOk) return s;
+  return RecordOutput(templatePath, background::kOutMask.keys[0], output);
 }
 
 // The reason of this library's last call on each thread, for TolvexMenuMaskLastError.

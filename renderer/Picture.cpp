@@ -61,6 +61,9 @@ Status Decode(const std::string& path, Request request, PixbufPtr* out) {
                 "picture " + path + " is too large: " + std::to_string(header.width) + " x " +
                     std::to_string(header.height) + " pixels");
   }
+  if (!header.dataProblem.empty()) {
+    return Fail(Status::kPictureUnreadable, "picture " + path + " " + header.dataProblem);
+  }
 
   GError* error = nullptr;
   std::unique_ptr<GdkPixbufLoader, ObjectUnref> loader(

@@ -1,6 +1,8 @@
 // Telling a picture's format and claimed size from its header.
 #include "renderer/PictureHeader.h"
 
+#include <string>
+
 namespace tolvex::render {
 namespace {
 
@@ -26,6 +28,15 @@ PictureHeader Problem(PictureFormat format, const char* problem) {
   return header;
 }
 
+PictureHeader Sized(PictureFormat format, int64_t width, int64_t height);
+
+// `header` with the problem of data that could not hold the pixels it claims.
+PictureHeader TooLittle(PictureHeader header) {
+  header.dataProblem = "holds far too little data for the " + std::to_string(header.width) +
+                       " x " + std::to_string(header.height) + " pixels its header claims";
+  return header;
+}
+
 PictureHeader Sized(PictureFormat format, int64_t width, int64_t height) {
   if (width <= 0 || height <= 0) return Problem(format, "has no size in its header");
   PictureHeader header;
@@ -35,38 +46,92 @@ PictureHeader Sized(PictureFormat format, int64_t width, int64_t height) {
   return header;
 }
 
-// The IHDR chunk comes first: length, "IHDR", width and height as 32-bit big-endian.
+// Deflate, which PNG compresses with, gives at most this many bytes for one it reads.
+constexpr int64_t kDeflateRatio = 1032;
+
+// The IHDR chunk comes first: length, "IHDR", width and height as 32-bit big-endian. The
+// pixel rows are in the IDAT chunks; at one bit per pixel, the least any PNG stores, and at
+// deflate's best ratio they must hold at least a filter byte and the pixels of each row.
 PictureHeader ReadPng(std::string_view b) {
   if (b.size() < 24 || b.substr(12, 4) != "IHDR") return Problem(PictureFormat::kPng, "truncated");
-  return Sized(PictureFormat::kPng, Big32(b, 16), Big32(b, 20));
+  PictureHeader header = Sized(PictureFormat::kPng, Big32(b, 16), Big32(b, 20));
+  if (!header.problem.empty()) return header;
+  int64_t data = 0;
+  for (size_t at = 8; at + 8 <= b.size();) {
+    const uint32_t length = Big32(b, at);
+    const std::string_view type = b.substr(at + 4, 4);
+    if (type == "IDAT") data += length;
+    if (type == "IEND") break;
+    at += 12 + static_cast<size_t>(length);
+  }
+  const int64_t least = header.height * (1 + (header.width + 7) / 8);
+  if (data * kDeflateRatio < least) return TooLittle(header);
+  return header;
 }
 
-// The size is in the first start-of-frame segment; segments before it are skipped by length.
+// The size is in the first start-of-frame segment; segments are skipped by their length, and
+// the entropy-coded data after each start of scan up to the next marker. A JPEG ends with its
+// end-of-image marker: a file without one is truncated. Huffman-coded DCT data spends at least
+// one bit on each 8x8 block of its largest component, which the size claimed gives.
 PictureHeader ReadJpeg(std::string_view b) {
   size_t at = 2;
-  while (at + 4 <= b.size()) {
-    if (static_cast<uint8_t>(b[at]) != 0xFF) return Problem(PictureFormat::kJpeg, "corrupt");
+  PictureHeader header;
+  bool huffman = false;  // baseline, extended or progressive DCT with Huffman codes
+  int64_t data = 0;      // bytes of entropy-coded data
+  // Once the size is known, what is wrong after it is a problem of the data.
+  auto broken = [&](const char* before, const char* after) {
+    if (header.width == 0) return Problem(PictureFormat::kJpeg, before);
+    PictureHeader sized = header;
+    sized.dataProblem = after;
+    return sized;
+  };
+  const char* const kCut = "is truncated: it ends before its end-of-image marker";
+  const char* const kCorrupt = "is corrupt after its header";
+  for (;;) {
+    if (at + 2 > b.size()) return broken("truncated", kCut);
+    if (static_cast<uint8_t>(b[at]) != 0xFF) return broken("corrupt", kCorrupt);
     const uint8_t marker = static_cast<uint8_t>(b[at + 1]);
     if (marker == 0xFF) {  // fill byte
       ++at;
       continue;
     }
+    if (marker == 0xD9) break;                                   // end of image
     if (marker == 0x01 || (marker >= 0xD0 && marker <= 0xD7)) {  // no length of their own
       at += 2;
       continue;
     }
-    if (marker == 0xDA || marker == 0xD9) break;  // image data or the end before any frame
+    if (at + 4 > b.size()) return broken("truncated", kCut);
     const size_t length = Big16(b, at + 2);
+    if (length < 2) return broken("corrupt", kCorrupt);
     const bool frame = marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 &&
                        marker != 0xCC;
-    if (frame) {
-      if (length < 7 || at + 9 > b.size()) break;
-      return Sized(PictureFormat::kJpeg, Big16(b, at + 7), Big16(b, at + 5));
+    if (frame && header.width == 0) {
+      if (length < 7 || at + 9 > b.size()) return Problem(PictureFormat::kJpeg, "truncated");
+      header = Sized(PictureFormat::kJpeg, Big16(b, at + 7), Big16(b, at + 5));
+      if (!header.problem.empty()) return header;
+      huffman = marker <= 0xC2;
     }
-    if (length < 2) return Problem(PictureFormat::kJpeg, "corrupt");
+    if (marker == 0xDA && header.width == 0) return Problem(PictureFormat::kJpeg, "truncated");
     at += 2 + length;
+    if (marker != 0xDA) continue;
+    // Entropy-coded data: a 0xFF in it is followed by 0x00 (a stuffed byte) or a restart
+    // marker; any other marker ends it.
+    while (at < b.size()) {
+      if (static_cast<uint8_t>(b[at]) == 0xFF && at + 1 < b.size()) {
+        const uint8_t next = static_cast<uint8_t>(b[at + 1]);
+        if (next != 0x00 && (next < 0xD0 || next > 0xD7)) break;
+        at += 2;
+        ++data;
+        continue;
+      }
+      ++at;
+      ++data;
+    }
   }
-  return Problem(PictureFormat::kJpeg, "truncated");
+  if (header.width == 0) return Problem(PictureFormat::kJpeg, "truncated");
+  const int64_t blocks = ((header.width + 7) / 8) * ((header.height + 7) / 8);
+  if (huffman && data * 8 < blocks) return TooLittle(header);
+  return header;
 }
 
 // BITMAPFILEHEADER, then a core header (12 bytes, 16-bit sizes) or an info header (40 bytes or

@@ -19,11 +19,16 @@ struct PictureHeader {
   // Empty when the header is sound; else what is wrong, as a phrase for a reason:
   // "not a PNG, JPEG or BMP picture", "truncated", ...
   std::string problem;
+  // Empty when the data after a sound header can hold the pixels it claims, as far as can be
+  // told without decoding; else a phrase for a reason: "is truncated (...)", "holds far too
+  // little data for ...". Looked at after the claimed size, which is refused first.
+  std::string dataProblem;
 };
 
 // Reads the header of the picture file `bytes`. For uncompressed BMP files, also checks that
 // the file holds all the pixel rows its header promises: a few bytes must not stand for a
-// picture of millions of pixels.
+// picture of millions of pixels. For PNG and JPEG files, checks that the compressed data could
+// hold the pixels claimed, and that a JPEG reaches its end-of-image marker.
 PictureHeader ReadPictureHeader(std::string_view bytes);
 
 // The gdk-pixbuf loader name of `format` ("png", "jpeg", "bmp").

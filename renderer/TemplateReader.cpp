@@ -1,5 +1,6 @@
-// Reads a template file into the page model, once and by the profile functions' own parsing
-// rules, and decides what missing or odd values mean for drawing.
+// Reads a template file into the page model, once, through the profile functions' own engine
+// (their indexed form) and the accessors' own key tables, and decides what missing or odd
+// values mean for drawing.
 #include "renderer/TemplateReader.h"
 
 #include <strings.h>
@@ -8,10 +9,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <set>
-#include <unordered_map>
 
-#include "platform/IniDocument.h"
-#include "platform/ResultBuffer.h"
+#include "keys/ButtonKeys.h"
+#include "keys/NavButtonKeys.h"
+#include "keys/PageKeys.h"
+#include "platform/IndexedIni.h"
 #include "renderer/Failure.h"
 #include "renderer/InputFile.h"
 #include "renderer/Paths.h"
@@ -19,37 +21,42 @@
 namespace tolvex::render {
 namespace {
 
-constexpr const char* kBackground = "Background";
-constexpr const char* kSentinel = "default";
 // The application reads file names with 1000 bytes; we read every value that way.
-constexpr uint32_t kValueBuffer = 1000;
+constexpr uint32_t kValueBuffer = kLongRead;
+
+// The name of a key of the accessors' tables, with its placeholder filled.
+std::string KeyOf(const char* pattern, std::string_view fill = {}) {
+  const KeyParts parts = FillKeyPattern(pattern, fill);
+  std::string name;
+  name.reserve(parts.size());
+  return name.append(parts.head).append(parts.fill).append(parts.tail);
+}
 
 // Key names of one button: the numbered ones put the index into a pattern, the previous and
-// next buttons have fixed names in their own sections.
+// next buttons their "Prev" or "Next", each in its own section.
 struct ButtonKeys {
   std::string left, right, top, bottom;
   std::string thickness, red, green, blue;
   std::string framePicture, picture;
 };
 
-std::string WithIndex(const char* before, int index, const char* after = "") {
-  return before + std::to_string(index) + after;
+// The keys of one button, from the families of its kind.
+ButtonKeys ButtonKeysOf(const KeyFamily<4>& position, const KeyFamily<1>& frameSize,
+                        const KeyFamily<3>& frameRGB, const KeyFamily<1>& frameBmp,
+                        const KeyFamily<1>& bmp, std::string_view fill) {
+  return ButtonKeys{KeyOf(position.keys[0], fill),  KeyOf(position.keys[1], fill),
+                    KeyOf(position.keys[2], fill),  KeyOf(position.keys[3], fill),
+                    KeyOf(frameSize.keys[0], fill), KeyOf(frameRGB.keys[0], fill),
+                    KeyOf(frameRGB.keys[1], fill),  KeyOf(frameRGB.keys[2], fill),
+                    KeyOf(frameBmp.keys[0], fill),  KeyOf(bmp.keys[0], fill)};
 }
-
-ButtonKeys NumberedKeys(int i) {
-  return ButtonKeys{WithIndex("ButtonPosition", i, "_left"), WithIndex("ButtonPosition", i, "_right"),
-                    WithIndex("ButtonPosition", i, "_top"),  WithIndex("ButtonPosition", i, "_bottom"),
-                    WithIndex("ButtonFrameThickness", i),    WithIndex("ButtonFrame_R", i),
-                    WithIndex("ButtonFrame_G", i),           WithIndex("ButtonFrame_B", i),
-                    WithIndex("ButtonFrameBmp", i),          WithIndex("ButtonBmp", i)};
+ButtonKeys NumberedButtonKeys(int index) {
+  using namespace buttons;
+  return ButtonKeysOf(kPosition, kFrameSize, kFrameRGB, kFrameBmp, kBmp, std::to_string(index));
 }
-
-ButtonKeys NavigationKeys(const std::string& prefix) {  // "ButtonPrev" or "ButtonNext"
-  return ButtonKeys{prefix + "ButtonPosition_left", prefix + "ButtonPosition_right",
-                    prefix + "ButtonPosition_top",  prefix + "ButtonPosition_bottom",
-                    prefix + "FrameThickness",      prefix + "Frame_R",
-                    prefix + "Frame_G",             prefix + "Frame_B",
-                    prefix + "FrameBmp",            prefix + "Bmp"};
+ButtonKeys NavButtonKeys(const navbuttons::NavButtonPlace& place) {
+  using namespace navbuttons;
+  return ButtonKeysOf(kPosition, kFrameSize, kFrameRGB, kFrameBmp, kBmp, place.fill);
 }
 
 // Key names of one title; the page title's keys have no index.
@@ -57,27 +64,26 @@ struct TitleKeys {
   std::string text, x, y, font, size, italic, bold, underline, red, green, blue;
 };
 
-TitleKeys PageTitleKeys() {
-  return TitleKeys{"BackgroundTitle",           "BackgroundTitlePosition_x",
-                   "BackgroundTitlePosition_y", "BackgroundTitleFont_Name",
-                   "BackgroundTitleFont_Size",  "BackgroundTitleFont_Italic",
-                   "BackgroundTitleFont_Bold",  "BackgroundTitleFont_Underline",
-                   "BackgroundTitleFont_R",     "BackgroundTitleFont_G",
-                   "BackgroundTitleFont_B"};
+TitleKeys TitleKeysOf(const KeyFamily<1>& title, const KeyFamily<2>& position,
+                      const KeyFamily<1>& fontName, const KeyFamily<1>& fontSize,
+                      const KeyFamily<3>& fontStyle, const KeyFamily<3>& fontRGB,
+                      std::string_view fill) {
+  return TitleKeys{KeyOf(title.keys[0], fill),     KeyOf(position.keys[0], fill),
+                   KeyOf(position.keys[1], fill),  KeyOf(fontName.keys[0], fill),
+                   KeyOf(fontSize.keys[0], fill),  KeyOf(fontStyle.keys[0], fill),
+                   KeyOf(fontStyle.keys[1], fill), KeyOf(fontStyle.keys[2], fill),
+                   KeyOf(fontRGB.keys[0], fill),   KeyOf(fontRGB.keys[1], fill),
+                   KeyOf(fontRGB.keys[2], fill)};
 }
-
-TitleKeys ButtonTitleKeys(int i) {
-  return TitleKeys{WithIndex("ButtonTitle", i),
-                   WithIndex("ButtonTitlePosition", i, "_x"),
-                   WithIndex("ButtonTitlePosition", i, "_y"),
-                   WithIndex("ButtonTitleFont_Name", i),
-                   WithIndex("ButtonTitleFont_Size", i),
-                   WithIndex("ButtonTitleFont_Italic", i),
-                   WithIndex("ButtonTitleFont_Bold", i),
-                   WithIndex("ButtonTitleFont_Underline", i),
-                   WithIndex("ButtonTitleFont_R", i),
-                   WithIndex("ButtonTitleFont_G", i),
-                   WithIndex("ButtonTitleFont_B", i)};
+TitleKeys PageTitleKeys() {
+  using namespace background;
+  return TitleKeysOf(kTitle, kTitlePosition, kTitleFontName, kTitleFontSize, kTitleFontStyle,
+                     kTitleFontRGB, {});
+}
+TitleKeys ButtonTitleKeys(int index) {
+  using namespace buttons;
+  return TitleKeysOf(kTitle, kTitlePosition, kTitleFontName, kTitleFontSize, kTitleFontStyle,
+                     kTitleFontRGB, std::to_string(index));
 }
 
 // A colour component as the template stores it: the unsigned value behind the integer text
@@ -147,19 +153,20 @@ std::optional<Button> ReadButton(const TemplateFile& file, const char* section,
 // The button indexes of a layout section, found from its keys: the application chooses the
 // base of its numbering, so any index with a position key counts. Ascending order.
 std::vector<int> ButtonIndexes(const TemplateFile& file, const char* section) {
-  static constexpr char kPrefix[] = "ButtonPosition";
-  static constexpr const char* kEdges[] = {"_left", "_right", "_top", "_bottom"};
+  const KeyParts first = FillKeyPattern(buttons::kPosition.keys[0], "");
+  const std::string prefix(first.head);
   std::set<int> indexes;
   for (const auto& key : file.Keys(section)) {
-    if (strncasecmp(key.c_str(), kPrefix, sizeof kPrefix - 1) != 0) continue;
-    const char* number = key.c_str() + sizeof kPrefix - 1;
+    if (strncasecmp(key.c_str(), prefix.c_str(), prefix.size()) != 0) continue;
+    const char* number = key.c_str() + prefix.size();
     char* end = nullptr;
     const long index = std::strtol(number, &end, 10);
     if (end == number || !(*number == '-' || (*number >= '0' && *number <= '9'))) continue;
     // The key printed the index as a signed 32-bit value.
     if (index < INT32_MIN || index > INT32_MAX) continue;
-    for (const char* edge : kEdges) {
-      if (strcasecmp(end, edge) == 0) indexes.insert(static_cast<int>(index));
+    for (const char* edge : buttons::kPosition.keys) {
+      if (strcasecmp(end, std::string(FillKeyPattern(edge, "").tail).c_str()) == 0)
+        indexes.insert(static_cast<int>(index));
     }
   }
   return std::vector<int>(indexes.begin(), indexes.end());
@@ -172,38 +179,10 @@ Rect Rect::Intersect(const Rect& o) const {
               std::min(bottom, o.bottom)};
 }
 
-// The sections and keys of the parsed file by name, ASCII case folded: the first section of
-// each name, and in it the first entry of each name, as the profile functions find them.
+// The template in the profile functions' own indexed form: every lookup is a hash lookup.
 struct TemplateFile::Index {
-  explicit Index(std::string_view bytes) : document(bytes) {
-    const auto& sections = document.sections();
-    for (size_t s = 0; s < sections.size(); ++s) {
-      if (sections[s].nameless) continue;
-      auto [at, added] = byName.emplace(Folded(sections[s].name), Section{s, {}});
-      if (!added) continue;
-      for (size_t i = sections[s].firstLine; i < sections[s].endLine; ++i) {
-        const platform::IniLine& line = document.lines()[i];
-        if (line.isHeader || line.dropped) continue;
-        at->second.entries.emplace(Folded(line.name), i);
-      }
-    }
-  }
-
-  std::u16string Folded(platform::UnitRange range) const { return Fold(document.Units(range)); }
-  static std::u16string Fold(std::u16string_view units) {
-    std::u16string folded(units);
-    for (char16_t& u : folded) {
-      if (u >= 'A' && u <= 'Z') u = static_cast<char16_t>(u + ('a' - 'A'));
-    }
-    return folded;
-  }
-
-  struct Section {
-    size_t index;
-    std::unordered_map<std::u16string, size_t> entries;  // folded name -> line
-  };
-  platform::IniDocument document;
-  std::unordered_map<std::u16string, Section> byName;
+  explicit Index(std::string_view bytes) : ini(bytes) {}
+  platform::IndexedIni ini;
 };
 
 TemplateFile::TemplateFile() = default;
@@ -234,39 +213,27 @@ TemplateFile TemplateFile::FromBytes(const std::string& templatePath, std::strin
 }
 
 bool TemplateFile::HasSection(const char* section) const {
-  return m_index->byName.count(Index::Fold(m_index->document.ToUnits(section))) > 0;
+  return m_index->ini.HasSection(section);
 }
 
 std::vector<std::string> TemplateFile::Keys(const char* section) const {
-  std::vector<std::string> keys;
-  const auto found = m_index->byName.find(Index::Fold(m_index->document.ToUnits(section)));
-  if (found == m_index->byName.end()) return keys;
   // The key list of GetPrivateProfileStringA: entries with a value, not starting with ';'.
-  const platform::IniDocument& document = m_index->document;
-  const platform::IniSection& s = document.sections()[found->second.index];
-  for (size_t i = s.firstLine; i < s.endLine; ++i) {
-    const platform::IniLine& line = document.lines()[i];
-    if (line.isHeader || line.dropped || !line.hasValue || line.name.empty()) continue;
-    if (document.text().units[line.name.begin] == ';') continue;
-    keys.push_back(document.Ansi(line.name));
+  std::vector<std::string> keys;
+  const std::string list = m_index->ini.KeyNames(section);
+  for (size_t at = 0; at < list.size();) {
+    const size_t end = list.find('\0', at);
+    if (end > at) keys.push_back(list.substr(at, end - at));
+    at = end + 1;
   }
   return keys;
 }
 
 std::optional<std::string> TemplateFile::Text(const char* section, const std::string& key) const {
-  const platform::IniDocument& document = m_index->document;
-  const auto found = m_index->byName.find(Index::Fold(document.ToUnits(section)));
-  if (found == m_index->byName.end()) return std::nullopt;
-  const auto entry = found->second.entries.find(
-      Index::Fold(document.ToUnits(platform::TrimBlanks(key))));
-  if (entry == found->second.entries.end()) return std::nullopt;
-  const platform::IniLine& line = document.lines()[entry->second];
-  if (!line.hasValue) return std::nullopt;
   char buffer[kValueBuffer];
   const uint32_t length =
-      platform::CopyValueText(document.Ansi(line.value), buffer, sizeof buffer);
+      m_index->ini.Read(section, key.c_str(), kMissingValue, buffer, sizeof buffer);
   std::string text(buffer, length);
-  if (text == kSentinel) return std::nullopt;
+  if (text == kMissingValue) return std::nullopt;
   return text;
 }
 
@@ -282,35 +249,37 @@ bool TemplateFile::Flag(const char* section, const std::string& key) const {
 }
 
 Status ReadPage(const TemplateFile& file, Page* page) {
-  if (!file.HasSection(kBackground)) {
+  using background::kSection;
+  if (!file.HasSection(kSection)) {
     return Fail(Status::kTemplateUnreadable,
-                "template " + file.diskPath() + " has no section [Background]");
+                "template " + file.diskPath() + " has no section [" + kSection + "]");
   }
   const std::string folder = TemplateFolder(file.path());
 
   Page result;
-  result.height = file.Flag(kBackground, "NTSC") ? 480 : 576;
-  result.background = ReadPicture(file, kBackground, "BackgroundBmp", folder);
-  result.title = ReadTitle(file, kBackground, PageTitleKeys());
+  result.height = file.Flag(kSection, background::kTemplateMode.keys[0]) ? 480 : 576;
+  result.background = ReadPicture(file, kSection, background::kBackgroundBmp.keys[0], folder);
+  result.title = ReadTitle(file, kSection, PageTitleKeys());
 
-  if (const auto count = file.Int(kBackground, "CurrentNumberOfButton")) {
-    const std::string layout = "NumOfButton" + std::to_string(*count);
+  if (const auto count = file.Int(kSection, background::kCurrentButtons.keys[0])) {
+    const std::string layout = buttons::kLayoutPrefix + std::to_string(*count);
     for (const int index : ButtonIndexes(file, layout.c_str())) {
-      auto button = ReadButton(file, layout.c_str(), NumberedKeys(index), folder);
+      auto button = ReadButton(file, layout.c_str(), NumberedButtonKeys(index), folder);
       if (!button) continue;
       button->title = ReadTitle(file, layout.c_str(), ButtonTitleKeys(index));
       result.buttons.push_back(std::move(*button));
     }
   }
-  if (file.Flag(kBackground, "AddPrevButton")) {
-    if (auto button = ReadButton(file, "PrevButton", NavigationKeys("ButtonPrev"), folder)) {
-      button->role = ButtonRole::kPrevious;
-      result.buttons.push_back(std::move(*button));
-    }
-  }
-  if (file.Flag(kBackground, "AddNextButton")) {
-    if (auto button = ReadButton(file, "NextButton", NavigationKeys("ButtonNext"), folder)) {
-      button->role = ButtonRole::kNext;
+  const struct {
+    const KeyFamily<1>& shown;
+    const navbuttons::NavButtonPlace& place;
+    ButtonRole role;
+  } navigation[] = {{background::kAddPrev, navbuttons::kPrevious, ButtonRole::kPrevious},
+                    {background::kAddNext, navbuttons::kNext, ButtonRole::kNext}};
+  for (const auto& nav : navigation) {
+    if (!file.Flag(kSection, nav.shown.keys[0])) continue;
+    if (auto button = ReadButton(file, nav.place.section, NavButtonKeys(nav.place), folder)) {
+      button->role = nav.role;
       result.buttons.push_back(std::move(*button));
     }
   }

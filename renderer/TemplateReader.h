@@ -1,5 +1,5 @@
-// Reads a template file into the page model: the file is read once per render and parsed by
-// the profile functions' own rules. Decides what a missing or odd value means for drawing (see
+// Reads a template file into the page model: the file is read once per render into the profile
+// functions' own indexed form, and its keys are named by the accessors' tables (keys/). Decides what a missing or odd value means for drawing (see
 // the defaults below); loads no picture and draws nothing. Reentrant: keeps nothing between
 // calls.
 #ifndef TOLVEX_RENDERER_TEMPLATEREADER_H
@@ -18,8 +18,8 @@
 
 namespace tolvex::render {
 
-// One template file, read once and parsed by the same rules as the profile functions (the
-// platform's parser), with the library's sentinel rule: a value that reads as "default" counts
+// One template file, read once into the profile functions' indexed form, with the library's
+// sentinel rule: a value that reads as "default" counts
 // as missing. Every lookup is a hash lookup, so reading a page costs time in proportion to the
 // template's size however many buttons it has.
 class TemplateFile {

@@ -7,7 +7,7 @@
 #
 #   bash scripts/fuzz.sh                            each target for 45 s (what CI runs)
 #   bash scripts/fuzz.sh --seconds 600              the longer run
-#   bash scripts/fuzz.sh --seconds 600 profile      one target (profile render values show)
+#   bash scripts/fuzz.sh --seconds 600 profile      one target (profile render values show apply)
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds=45
@@ -18,7 +18,7 @@ while (($#)); do
     *) targets+=("$1"); shift ;;
   esac
 done
-((${#targets[@]})) || targets=(profile render values show)
+((${#targets[@]})) || targets=(profile render values show apply)
 
 bash scripts/install-deps.sh
 build=build-fuzz
@@ -41,6 +41,8 @@ for target in "${targets[@]}"; do
     render) options=(-max_len=16384 -timeout=30 -rss_limit_mb=2048 -dict=fuzz/template.dict) ;;
     values) options=(-max_len=256) ;;
     show) options=(-max_len=8192 -timeout=30 -rss_limit_mb=2048 -dict=fuzz/template.dict) ;;
+    # Room for the deep and huge seeds (fuzz/MakeSeeds.cpp) to be taken whole.
+    apply) options=(-max_len=262144 -timeout=30 -rss_limit_mb=2048 -dict=fuzz/apply.dict) ;;
     *) echo "unknown target $target" >&2; exit 2 ;;
   esac
   mkdir -p "$build/corpus/$target" "$build/artifacts/$target" "$build/logs"

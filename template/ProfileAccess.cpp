@@ -13,13 +13,6 @@
 
 namespace tolvex {
 
-namespace {
-
-// A key reading this text counts as missing: it is the default of every sentinel read.
-constexpr const char kMissing[] = "default";
-
-}  // namespace
-
 CString IntegerText(int value) {
   // Written out rather than through std::to_chars, whose digit table would be a unique
   // symbol that keeps the library from unloading.
@@ -73,20 +66,16 @@ void DecodeValue(Encoding encoding, const char* text, long* value) {
 }
 
 KeyName::KeyName(const char* pattern, const CString& fill) {
-  const char* placeholder = std::strchr(pattern, '%');
-  const bool filled = placeholder != nullptr && placeholder[1] != '\0';
-  const std::string_view head(
-      pattern, filled ? static_cast<size_t>(placeholder - pattern) : std::strlen(pattern));
-  const std::string_view middle = filled ? std::string_view(fill.GetString(), fill.GetLength())
-                                         : std::string_view();
-  const std::string_view tail = filled ? std::string_view(placeholder + 2) : std::string_view();
-  if (head.size() + middle.size() + tail.size() < sizeof m_short) {
+  const KeyParts parts =
+      FillKeyPattern(pattern, std::string_view(fill.GetString(), fill.GetLength()));
+  if (parts.size() < sizeof m_short) {
     char* to = m_short;
-    for (std::string_view part : {head, middle, tail}) to = std::copy(part.begin(), part.end(), to);
+    for (std::string_view part : {parts.head, parts.fill, parts.tail})
+      to = std::copy(part.begin(), part.end(), to);
     *to = '\0';
     m_text = m_short;
   } else {
-    m_long.append(head).append(middle).append(tail);
+    m_long.append(parts.head).append(parts.fill).append(parts.tail);
     m_text = m_long.c_str();
   }
 }
@@ -109,8 +98,8 @@ bool KeyTarget::WriteKey(const char* pattern, const CString& value) const {
 bool KeyTarget::ReadKey(const char* pattern, DWORD readBuffer, char* text) const {
   const KeyName key(pattern, m_fill);
   text[0] = '\0';
-  GetPrivateProfileStringA(m_section, key.c_str(), kMissing, text, readBuffer, *m_file);
-  return std::strcmp(text, kMissing) != 0;
+  GetPrivateProfileStringA(m_section, key.c_str(), kMissingValue, text, readBuffer, *m_file);
+  return std::strcmp(text, kMissingValue) != 0;
 }
 
 }  // namespace tolvex

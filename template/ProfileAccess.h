@@ -15,29 +15,9 @@
 #include <tuple>
 #include <utility>
 
+#include "keys/KeyFamily.h"
+
 namespace tolvex {
-
-// How a value is kept as text in the template file.
-enum class Encoding {
-  Integer,  // "%d" of the 32-bit value; read back with atoi (unsigned values wrap both ways)
-  Flag,     // "TRUE" for nonzero, "FALSE" for 0; read back as 1 only for "TRUE" or "true"
-  Text,     // the characters unchanged
-};
-
-// Read buffer sizes, in bytes with the terminating NUL: texts longer than 79 or 999
-// characters come back cut.
-inline constexpr DWORD kShortRead = 80;
-inline constexpr DWORD kLongRead = 1000;
-
-// The keys one accessor writes and reads, in that order, all in one encoding and read through
-// one buffer size. A key pattern holds at most one placeholder, "%d" (a button index) or "%s"
-// (a navigation button's "Prev" or "Next"), which the target fills in.
-template <std::size_t N>
-struct KeyFamily {
-  std::array<const char*, N> keys;
-  Encoding encoding;
-  DWORD readBuffer;
-};
 
 CString EncodeValue(Encoding encoding, int value);
 CString EncodeValue(Encoding encoding, unsigned int value);

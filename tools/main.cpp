@@ -1,5 +1,5 @@
 // Entry point of menutemplate, the command-line tool for DVD menu templates.
-#include "tools/CommandLine.h"
+#include "tools/cli/CommandLine.h"
 
 #include <exception>
 #include <iostream>

@@ -19,10 +19,13 @@ extern "C" {
 // Inputs: the template and the pictures are read only when they are regular files (a FIFO or
 // device is refused at once), the template up to 16 MB, each picture up to 64 MB, PNG, JPEG
 // or BMP, no more than 16384 pixels a side and 25 megapixels as its header claims. A picture
-// that is named but cannot be loaded fails the render.
+// that is named but cannot be loaded fails the render, as does a JPEG cut before its end or a
+// PNG or JPEG whose data could not hold the pixels its header claims.
 // Output: replaced atomically, never left half-written; a symbolic link is followed and stays.
 // Refused: an output that is the template, a picture drawn or the mask's output, one that is
-// not a regular file, and a read-only one (for root too). A file-size limit fails the write.
+// not a regular file, a read-only one (for root too), and an existing file that is neither
+// empty nor a whole uncompressed 24-bit BMP as the renderers write them (a template may name
+// any file). A file-size limit fails the write.
 __attribute__((visibility("default"))) int CreateMenuBmp(char* templateFile);
 
 // Reads the picture `source` and writes it to `target` scaled to `width` x `height`, in the

@@ -13,6 +13,8 @@
 
 #include <tolvex/WinTypes.h>
 
+#include <stddef.h>
+
 #if defined(_WIN32)
 #  if defined(TOLVEX_BUILDING_PROFILE)
 #    define TOLVEX_PROFILE_API __declspec(dllexport)
@@ -68,11 +70,26 @@ TOLVEX_PROFILE_API TolvexProfileEdit* TolvexBeginProfileEdit(LPCSTR file);
 // TRUE while the edit stages changes: begun, and neither committed nor ended by an outer edit.
 TOLVEX_PROFILE_API BOOL TolvexProfileEditIsOpen(const TolvexProfileEdit* edit);
 // Writes every staged change with one durable atomic replace and ends the edit. FALSE when the
-// file could not be written (it is then left byte for byte as it was) or the edit was not open.
+// file could not be written (it is then left byte for byte as it was), when another program
+// changed or replaced the file since the edit began (nothing is written), or the edit was not
+// open. FALSE, with the edit left open, when called from a thread or process other than the
+// one that began the edit.
 TOLVEX_PROFILE_API BOOL TolvexCommitProfileEdit(TolvexProfileEdit* edit);
-// Frees the edit, dropping the changes of an edit that was not committed. NULL is ignored.
-// Must be called by the thread that began the edit.
+// Frees the edit, dropping the changes of an edit that was not committed, and releases its
+// lock, from any thread. In a process forked while the edit was open it frees only the
+// child's copy; the parent's lock stays. NULL is ignored. A thread that ends with an edit
+// open drops it as if this were called.
 TOLVEX_PROFILE_API void TolvexEndProfileEdit(TolvexProfileEdit* edit);
+
+// Replaces (or creates) the file `path` with the `size` bytes at `bytes`, as the functions
+// above replace a profile file: atomically and durably (a reader, a crash or a full disk
+// leaves the old bytes or the new, never a mix, and no temporary file), under the lock of its
+// folder, keeping a symbolic link and the file's mode, owner and group. Unlike the profile
+// functions, a bare name means the current folder. Returns 0, or the errno value that says
+// why the file was left as it was: EISDIR for a folder, EINVAL for no path or a file that is
+// no regular file (FIFO, device), EACCES for a read-only file or one the calling thread is
+// editing, ENOENT for a missing folder, EFBIG or ENOSPC when the bytes did not fit.
+TOLVEX_PROFILE_API int TolvexReplaceFile(LPCSTR path, const void* bytes, size_t size);
 
 #ifdef __cplusplus
 }

@@ -14,6 +14,15 @@
 // the edit to end: it holds the lock of the file's folder from its start to its end, so no
 // update is lost on either side. Keep edits short, and end them on the thread that began them.
 //
+// Misuse is refused or made harmless, never a held lock or a lost write: Commit from another
+// thread, or from a process forked while the edit was open, returns false and writes nothing;
+// destroying the edit on another thread drops it and releases the lock at once; a forked
+// child's calls go to the file (waiting for the parent's edit) and its copy of the edit never
+// releases the parent's lock; a thread that ends with an edit never destroyed drops it.
+// Rendering (CreateMenuBMP, CreateMaskBMP) inside an edit of the template renders the file
+// on disk and records the output names into the edit. A program that does not use the library
+// and changes or replaces the file during the edit makes Commit return false without writing.
+//
 // Commit writes everything at once, with every guarantee of a single write: mode and owner
 // kept, a symbolic link followed, a read-only file refused (root included), a failure leaving
 // the file byte for byte, and a crash or kill at any moment leaving the old bytes or the new.

@@ -102,18 +102,21 @@ Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode, FileSt
     stamp->timesTrusted = TimesTrusted(fd);
   }
   bytes->clear();
-  // One read usually does it: the buffer is sized from the file, one byte over to see EOF.
-  // A file that grows while it is read is still cut off at the limit.
-  size_t chunk = info.st_size > 0 ? static_cast<size_t>(info.st_size) + 1 : 65536;
+  // The buffer is sized from the file, one byte over, so that one read fills it and the next
+  // sees the end without growing it. Only a file that grows while it is read makes it grow,
+  // and then it is still cut off at the limit.
+  bytes->resize(info.st_size > 0 ? static_cast<size_t>(info.st_size) + 1 : 65536);
   size_t filled = 0;
   for (;;) {
-    if (filled > kMaxProfileBytes) {
-      sys::CloseQuietly(fd);
-      bytes->clear();
-      return StatusFromErrno(EFBIG);
+    if (filled == bytes->size()) {
+      if (filled > kMaxProfileBytes) {
+        sys::CloseQuietly(fd);
+        bytes->clear();
+        return StatusFromErrno(EFBIG);
+      }
+      bytes->resize(filled + 65536);
     }
-    bytes->resize(filled + chunk);
-    ssize_t got = sys::Read(fd, bytes->data() + filled, chunk);
+    ssize_t got = sys::Read(fd, bytes->data() + filled, bytes->size() - filled);
     if (got < 0) {
       Status status = StatusFromErrno(errno);
       sys::CloseQuietly(fd);
@@ -122,7 +125,6 @@ Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode, FileSt
     }
     if (got == 0) break;
     filled += static_cast<size_t>(got);
-    if (chunk < 65536) chunk = 65536;
   }
   bytes->resize(filled);
   ::close(fd);

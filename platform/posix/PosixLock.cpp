@@ -24,8 +24,16 @@
 // Because the edit's thread keeps the lock while it goes on making other calls, the lock is
 // re-entrant per thread: each thread records the folders it holds (by device and inode), and a
 // second Acquire of a held folder, by a plain write to another file of that folder or by a
-// second edit there, only counts up. Other threads never share that record; their Acquire
+// second edit there, only counts up. Other threads never count on that record; their Acquire
 // opens the folder again and waits on flock() as any other process does.
+//
+// The record is one table for the process, each entry naming its holder (process and thread),
+// so that a lock can be released from any thread: an edit dropped by another thread, or by
+// the end of its thread, releases its lock at once. A forked child inherits the table and the
+// descriptors, and with them the open file description that holds the parent's lock: a release
+// in the child only closes its copy of the descriptor, and never unlocks (LOCK_UN would free
+// the parent's lock). The table's mutex is held across fork() so a child never inherits it
+// taken.
 //
 // Lock order: a thread may hold several folder locks only through edits. It waits only for a
 // folder that sorts after every folder it holds (by device, then inode); for any other it tries
@@ -38,8 +46,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <pthread.h>
+
+#include <atomic>
 #include <cerrno>
+#include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "platform/Os.h"
@@ -53,12 +66,34 @@ namespace {
 struct HeldFolder {
   uint64_t device;
   uint64_t inode;
+  pid_t pid;
+  std::thread::id thread;
   int fd;
   int count;
 };
 
-// The folder locks this thread holds.
-thread_local std::vector<HeldFolder> t_held;
+// The folder locks held in this process, and the mutex that guards them. Never destroyed, so
+// that a thread ending after main() returned still finds them.
+struct HeldTable {
+  std::mutex mutex;
+  std::vector<HeldFolder> held;
+};
+
+std::atomic<int> g_pid{0};
+
+HeldTable& Table() {
+  static HeldTable* table = [] {
+    auto* made = new HeldTable;
+    pthread_atfork([] { Table().mutex.lock(); }, [] { Table().mutex.unlock(); },
+                   [] {
+                     g_pid.store(static_cast<int>(::getpid()), std::memory_order_relaxed);
+                     Table().mutex.unlock();
+                   });
+    g_pid.store(static_cast<int>(::getpid()), std::memory_order_relaxed);
+    return made;
+  }();
+  return *table;
+}
 
 bool SortsBefore(uint64_t device, uint64_t inode, const HeldFolder& held) {
   return device != held.device ? device < held.device : inode < held.inode;
@@ -66,14 +101,25 @@ bool SortsBefore(uint64_t device, uint64_t inode, const HeldFolder& held) {
 
 }  // namespace
 
+int ProcessId() {
+  Table();  // registers the renewal after fork()
+  return g_pid.load(std::memory_order_relaxed);
+}
+
 FolderLock::~FolderLock() {
   if (!m_held) return;
-  for (auto it = t_held.begin(); it != t_held.end(); ++it) {
-    if (it->device != m_device || it->inode != m_inode) continue;
+  HeldTable& table = Table();
+  std::lock_guard<std::mutex> guard(table.mutex);
+  for (auto it = table.held.begin(); it != table.held.end(); ++it) {
+    if (it->device != m_device || it->inode != m_inode || it->pid != m_pid ||
+        it->thread != m_thread)
+      continue;
     if (--it->count == 0) {
-      ::flock(it->fd, LOCK_UN);
+      // In a forked child the description is the parent's too: closing our descriptor keeps
+      // the parent's lock, LOCK_UN would release it.
+      if (it->pid == ProcessId()) ::flock(it->fd, LOCK_UN);
       ::close(it->fd);
-      t_held.erase(it);
+      table.held.erase(it);
     }
     return;
   }
@@ -91,23 +137,32 @@ Status FolderLock::Acquire(const std::string& file) {
     return status;
   }
   const uint64_t device = info.st_dev, inode = info.st_ino;
+  const pid_t pid = ProcessId();
+  const std::thread::id thread = std::this_thread::get_id();
+  HeldTable& table = Table();
   bool mayWait = true;
-  for (HeldFolder& held : t_held) {
-    if (held.device == device && held.inode == inode) {
-      sys::CloseQuietly(fd);
-      ++held.count;
-      m_held = true, m_device = device, m_inode = inode;
-      return Status::Ok();
+  {
+    std::lock_guard<std::mutex> guard(table.mutex);
+    for (HeldFolder& held : table.held) {
+      if (held.pid != pid || held.thread != thread) continue;
+      if (held.device == device && held.inode == inode) {
+        sys::CloseQuietly(fd);
+        ++held.count;
+        m_held = true, m_device = device, m_inode = inode, m_pid = pid, m_thread = thread;
+        return Status::Ok();
+      }
+      if (SortsBefore(device, inode, held)) mayWait = false;
     }
-    if (SortsBefore(device, inode, held)) mayWait = false;
   }
+  // Waited for without the table's mutex: only this thread adds entries for itself.
   if (sys::Flock(fd, mayWait ? LOCK_EX : LOCK_EX | LOCK_NB) != 0) {
     Status status = StatusFromErrno(errno == EWOULDBLOCK ? EDEADLK : errno);
     sys::CloseQuietly(fd);
     return status;
   }
-  t_held.push_back({device, inode, fd, 1});
-  m_held = true, m_device = device, m_inode = inode;
+  std::lock_guard<std::mutex> guard(table.mutex);
+  table.held.push_back({device, inode, pid, thread, fd, 1});
+  m_held = true, m_device = device, m_inode = inode, m_pid = pid, m_thread = thread;
   return Status::Ok();
 }
 

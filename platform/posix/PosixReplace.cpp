@@ -93,23 +93,45 @@ std::string TemporaryName(const std::string& base) {
   return TemporaryPrefix(base) + suffix;
 }
 
+// Whether `name` is a temporary file of `base`: one of ours, or one named as the renderer
+// (".<base>.tmp<pid>-<counter>-<random>") and the tool (".<base>.out-XXXXXX") named theirs
+// before they wrote through this replace.
+bool IsTemporaryOf(const char* name, const std::string& base) {
+  const std::string ours = TemporaryPrefix(base);
+  if (std::strncmp(name, ours.c_str(), ours.size()) == 0) return true;
+  const std::string dotted = "." + base;
+  if (std::strncmp(name, dotted.c_str(), dotted.size()) != 0) return false;
+  const char* rest = name + dotted.size();
+  if (std::strncmp(rest, ".out-", 5) == 0) return std::strlen(rest + 5) == 6;
+  if (std::strncmp(rest, ".tmp", 4) != 0) return false;
+  int numbers = 0;
+  for (const char* at = rest + 4; *at != '\0'; ++numbers) {
+    if (*at < '0' || *at > '9') return false;
+    while (*at >= '0' && *at <= '9') ++at;
+    if (*at == '-') ++at;
+  }
+  return numbers == 3;
+}
+
 // Removes the temporary files of `base` that a writer killed between naming its file and the
 // rename left behind. A temporary name exists only while its writer holds the FolderLock,
 // which our caller holds now, so any such file found here is stale.
 void RemoveStaleTemporaries(int folderFd, const std::string& base) {
-  int listFd = ::dup(folderFd);
+  // Listed with getdents64 into a buffer on the stack: opendir would allocate a buffer larger
+  // than most templates on every write.
+  const int listFd = ::openat(folderFd, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (listFd < 0) return;
-  DIR* folder = ::fdopendir(listFd);
-  if (!folder) {
-    ::close(listFd);
-    return;
+  alignas(8) char buffer[4096];
+  for (;;) {
+    const ssize_t got = ::getdents64(listFd, buffer, sizeof buffer);
+    if (got <= 0) break;
+    for (ssize_t at = 0; at < got;) {
+      const auto* entry = reinterpret_cast<const struct dirent64*>(buffer + at);
+      if (IsTemporaryOf(entry->d_name, base)) ::unlinkat(folderFd, entry->d_name, 0);
+      at += entry->d_reclen;
+    }
   }
-  const std::string prefix = TemporaryPrefix(base);
-  while (struct dirent* entry = ::readdir(folder)) {
-    if (std::strncmp(entry->d_name, prefix.c_str(), prefix.size()) == 0)
-      ::unlinkat(folderFd, entry->d_name, 0);
-  }
-  ::closedir(folder);
+  ::close(listFd);
 }
 
 // An open file being prepared in the target's folder. Unnamed (O_TMPFILE) where the file

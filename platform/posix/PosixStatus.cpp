@@ -38,10 +38,17 @@ Status StatusFromErrno(int error) {
   }
 }
 
+int ErrnoFromStatus(const Status& status) {
+  if (status.ok()) return 0;
+  return status.sysError() != 0 ? status.sysError() : EIO;
+}
+
 std::string StatusText(const Status& status) {
   static const char* const kNames[] = {"ok",          "not found",      "access denied",
                                        "is a folder", "already exists", "invalid argument",
-                                       "no space",    "out of memory",  "I/O error"};
+                                       "no space",    "out of memory",  "I/O error",
+                                       "changed by another program during the edit",
+                                       "the edit belongs to another thread or process"};
   std::string text = kNames[static_cast<int>(status.code())];
   if (status.sysError() != 0) {
     char buffer[128];

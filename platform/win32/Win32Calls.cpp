@@ -79,9 +79,11 @@ bool MoveOver(const std::wstring& from, const std::wstring& to) {
                        MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
 }
 
-DWORD WaitForLock(HANDLE mutex, DWORD milliseconds) {
-  if (Planned(Primitive::Lock)) return WAIT_FAILED;
-  return ::WaitForSingleObject(mutex, milliseconds);
+bool LockWhole(HANDLE file, bool wait) {
+  if (Planned(Primitive::Lock)) return false;
+  OVERLAPPED at{};
+  const DWORD flags = LOCKFILE_EXCLUSIVE_LOCK | (wait ? 0 : LOCKFILE_FAIL_IMMEDIATELY);
+  return ::LockFileEx(file, flags, 0, 1, 0, &at) != FALSE;
 }
 
 void CloseQuietly(HANDLE handle) {

@@ -1,5 +1,5 @@
 // The forwarding wrapper over the Win32 calls that can fail a profile write: every open,
-// read, write, flush, rename and lock wait of the Windows backend goes through here, so that a
+// read, write, flush, rename and lock of the Windows backend goes through here, so that a
 // test can make the nth one fail (FaultInjection.h). A planned failure sets the last error as
 // the real call would. Thread-safe.
 #ifndef TOLVEX_PLATFORM_WIN32_WIN32CALLS_H
@@ -19,8 +19,9 @@ bool WriteTo(HANDLE file, const void* buffer, DWORD count, DWORD* written);
 bool Flush(HANDLE file);
 // MoveFileExW replacing `to`, written through to the disk before it returns.
 bool MoveOver(const std::wstring& from, const std::wstring& to);
-// WaitForSingleObject on a mutex; WAIT_FAILED (with the last error set) on a planned failure.
-DWORD WaitForLock(HANDLE mutex, DWORD milliseconds);
+// LockFileEx of the first byte of `file`, exclusive; waits for it when `wait`, else fails at
+// once with ERROR_LOCK_VIOLATION when another handle holds it.
+bool LockWhole(HANDLE file, bool wait);
 
 // Closes `handle` keeping the last error as it was; for cleanup paths.
 void CloseQuietly(HANDLE handle);

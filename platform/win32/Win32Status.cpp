@@ -76,10 +76,39 @@ uint32_t Win32ErrorFromErrno(int error) {
   }
 }
 
+// The reason of a Status is a Win32 error here, so the errno value comes from its code.
+int ErrnoFromStatus(const Status& status) {
+  switch (status.code()) {
+    case StatusCode::kOk:
+      return 0;
+    case StatusCode::kNotFound:
+      return ENOENT;
+    case StatusCode::kAccessDenied:
+      return EACCES;
+    case StatusCode::kIsDirectory:
+      return EISDIR;
+    case StatusCode::kAlreadyExists:
+      return EEXIST;
+    case StatusCode::kInvalidArgument:
+      return EINVAL;
+    case StatusCode::kNoSpace:
+      return status.sysError() == ERROR_FILE_TOO_LARGE ? EFBIG : ENOSPC;
+    case StatusCode::kNoMemory:
+      return ENOMEM;
+    case StatusCode::kIoError:
+    case StatusCode::kChanged:
+    case StatusCode::kNotOwner:
+      break;
+  }
+  return EIO;
+}
+
 std::string StatusText(const Status& status) {
   static const char* const kNames[] = {"ok",          "not found",      "access denied",
                                        "is a folder", "already exists", "invalid argument",
-                                       "no space",    "out of memory",  "I/O error"};
+                                       "no space",    "out of memory",  "I/O error",
+                                       "changed by another program during the edit",
+                                       "the edit belongs to another thread or process"};
   std::string text = kNames[static_cast<int>(status.code())];
   if (status.sysError() != 0) {
     char buffer[256];

@@ -1,6 +1,6 @@
-// The indexed form against the text edits it stands in for: random files and random calls,
-// drawn from the pieces that the reading rules treat specially, must give the same bytes and
-// the same reads through IndexedIni as through IniDocument and IniEditor.
+// The indexed form against the reference model: random files and random calls, drawn from the
+// pieces that the reading rules treat specially, must give the same bytes and the same reads
+// through IndexedIni as through the plain parse and text edits of tests/reference.
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -9,12 +9,16 @@
 #include <vector>
 
 #include "platform/IndexedIni.h"
-#include "platform/IniDocument.h"
-#include "platform/IniEditor.h"
-#include "platform/IniQuery.h"
+#include "reference/IniDocument.h"
+#include "reference/IniEditor.h"
+#include "reference/IniQuery.h"
 
 namespace tolvex::platform {
 namespace {
+
+using reference::EditProfileText;
+using reference::IniDocument;
+using reference::ReadProfileText;
 
 // "@" and "`", "[x" and "{x" differ in the bit that case folding ignores; the last name is
 // longer than the names an ANSI file looks up without a string of their own.
@@ -74,6 +78,7 @@ TEST(IndexedIniEdit, RandomCallsGiveTheBytesAndReadsOfTheTextEdits) {
         EXPECT_EQ(indexed.Write(app, key, value), changed.has_value());
         if (changed) bytes = *changed;
         ASSERT_EQ(indexed.Bytes(), bytes);
+        ASSERT_EQ(indexed.ByteSize(), bytes.size());
       } else {
         const uint32_t size = kind == 9 ? 3 : 64;
         char expected[80] = {}, got[80] = {};

@@ -5,6 +5,7 @@
 #include <tolvex/Profile.h>
 
 #include <chrono>
+#include <cstdio>
 #include <filesystem>
 #include <string>
 #include <thread>
@@ -82,6 +83,34 @@ TEST_F(ProfileCache, TruncatedAndRewrittenWithTheOldTimeIsSeen) {
   Poke("xxxx", before);
   EXPECT_EQ(ReadK(), "xxxx");
   ASSERT_TRUE(std::filesystem::remove(m_path));
+  EXPECT_EQ(ReadK(), "<none>");
+}
+
+// A write changes the cached form of the file: it must start from the file as it is, whatever
+// another program did to it in place since, right after a write of its own and long after.
+TEST_F(ProfileCache, AWriteKeepsWhatAnotherProgramChangedInPlace) {
+  EXPECT_EQ(ReadK(), "aaaa");
+  ASSERT_TRUE(WritePrivateProfileStringA("s", "j", "1", m_path.c_str()));
+  Poke("bbbb", ModifiedNs());
+  ASSERT_TRUE(WritePrivateProfileStringA("s", "j", "2", m_path.c_str()));
+  EXPECT_EQ(ReadFile(m_path), "[s]\r\nk=bbbb\r\nj=2\r\n");
+  Settle();
+  EXPECT_EQ(ReadK(), "bbbb");
+  Poke("cccc", ModifiedNs());
+  ASSERT_TRUE(WritePrivateProfileStringA("s", "j", "3", m_path.c_str()));
+  EXPECT_EQ(ReadFile(m_path), "[s]\r\nk=cccc\r\nj=3\r\n");
+  EXPECT_EQ(ReadK(), "cccc");
+}
+
+// A file removed and made again by writes: the writes after the first build on the new file,
+// not on the form of the one that was removed.
+TEST_F(ProfileCache, WritesToAFileMadeAgainStartFromTheNewFile) {
+  EXPECT_EQ(ReadK(), "aaaa");
+  ASSERT_TRUE(WritePrivateProfileStringA("s", "j", "1", m_path.c_str()));
+  ASSERT_EQ(std::remove(m_path.c_str()), 0);
+  ASSERT_TRUE(WritePrivateProfileStringA("t", "a", "1", m_path.c_str()));
+  ASSERT_TRUE(WritePrivateProfileStringA("t", "b", "2", m_path.c_str()));
+  EXPECT_EQ(ReadFile(m_path), "[t]\r\na=1\r\nb=2\r\n");
   EXPECT_EQ(ReadK(), "<none>");
 }
 

@@ -15,6 +15,7 @@
 
 #include "platform/ChildProcess.h"
 #include "platform/FaultInjection.h"
+#include "platform/LockProbe.h"
 #include "support/Environment.h"
 #include "support/TempDir.h"
 
@@ -300,6 +301,71 @@ TEST(EditConcurrency, ThreadsAndProcessesEditingOneFileLoseNoKey) {
       std::string key = "p" + std::to_string(p) + "_" + std::to_string(i);
       EXPECT_EQ(Read(path, key.c_str()), key);
     }
+}
+
+// Misuse of an edit: used from another thread or a thread that ends, or its file changed by a
+// program that takes no lock (a forked child: posix/). Nothing here waits: whether the edit's
+// lock is held is asked without waiting.
+class EditMisuse : public EditTest {
+ protected:
+  bool LockIsFree() const { return FolderLockIsFree(m_path); }
+};
+
+TEST_F(EditMisuse, AnotherThreadMayDropAnEditButNotCommitIt) {
+  TolvexProfileEdit* edit = TolvexBeginProfileEdit(m_path.c_str());
+  ASSERT_NE(edit, nullptr);
+  ASSERT_TRUE(Write(m_path, "k", "staged"));
+  BOOL committed = TRUE;
+  std::thread([&] { committed = TolvexCommitProfileEdit(edit); }).join();
+  EXPECT_FALSE(committed);
+  EXPECT_TRUE(TolvexProfileEditIsOpen(edit));
+  EXPECT_EQ(ReadFile(m_path), kOld);
+  EXPECT_FALSE(LockIsFree());
+
+  std::thread([&] { TolvexEndProfileEdit(edit); }).join();
+  EXPECT_TRUE(LockIsFree());
+  // This thread's calls reach the file again, none goes into the dropped copy.
+  ASSERT_TRUE(Write(m_path, "k", "after"));
+  EXPECT_EQ(ReadFile(m_path), "; note\r\n[s]\r\nk=after\r\n");
+}
+
+TEST_F(EditMisuse, AThreadThatEndsWithAnEditOpenReleasesIt) {
+  TolvexProfileEdit* edit = nullptr;
+  std::thread([&] {
+    edit = TolvexBeginProfileEdit(m_path.c_str());
+    Write(m_path, "k", "staged");
+  }).join();
+  ASSERT_NE(edit, nullptr);
+  EXPECT_TRUE(LockIsFree());
+  EXPECT_FALSE(TolvexProfileEditIsOpen(edit));
+  EXPECT_FALSE(TolvexCommitProfileEdit(edit));
+  TolvexEndProfileEdit(edit);
+  EXPECT_EQ(ReadFile(m_path), kOld);
+}
+
+TEST_F(EditMisuse, CommitWritesNothingOverAFileChangedBehindTheEdit) {
+  const std::string outside = "[s]\r\nk=outside\r\n";
+  const std::string other = m_dir.File("other.ini");
+  // Renamed over the file, rewritten in place, made where there was none.
+  for (int way = 0; way < 3; ++way) {
+    SCOPED_TRACE(way);
+    if (way == 2) {
+      std::remove(m_path.c_str());
+    } else {
+      WriteFile(m_path, kOld);
+    }
+    Edit edit(m_path);
+    ASSERT_TRUE(edit.IsOpen());
+    ASSERT_TRUE(Write(m_path, "k", "staged"));
+    if (way == 0) {
+      WriteFile(other, outside);
+      std::filesystem::rename(other, m_path);  // replaces the file on every system
+    } else {
+      WriteFile(m_path, outside);
+    }
+    EXPECT_FALSE(edit.Commit());
+    EXPECT_EQ(ReadFile(m_path), outside);
+  }
 }
 
 }  // namespace

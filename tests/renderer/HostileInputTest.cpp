@@ -157,11 +157,17 @@ TEST_F(HostileInput, OnlyMenuFormatsWithHonestHeadersAreDecoded) {
   WriteSolidPicture(dir.File("whole.jpg"), 64, 64, kRed);
   WriteFile(dir.File("cut.jpg"), ReadFile(dir.File("whole.jpg")).substr(0, 300));
   WriteFile(dir.File("empty.png"), "");
+  // A 64 x 64 JPEG whose frame header claims 5000 x 5000 pixels.
+  std::string claims = ReadFile(dir.File("whole.jpg"));
+  const size_t frame = claims.find("\xff\xc0");
+  ASSERT_NE(frame, std::string::npos);
+  claims[frame + 5] = claims[frame + 7] = 0x13, claims[frame + 6] = claims[frame + 8] = char(0x88);
+  WriteFile(dir.File("claims.jpg"), claims);
 
   const std::pair<const char*, const char*> cases[] = {
       {"big.svg", "not a PNG, JPEG or BMP picture"}, {"liar.bmp", "truncated"},
-      {"wide.png", "too large: 20000 x 20000 pixels"}, {"cut.jpg", "cannot decode picture"},
-      {"empty.png", "empty"}};
+      {"wide.png", "too large: 20000 x 20000 pixels"}, {"cut.jpg", "is truncated"},
+      {"empty.png", "empty"}, {"claims.jpg", "holds far too little data for the 5000 x 5000"}};
   const long limit = MemoryLimitKb();
   for (const auto& [name, why] : cases) {
     tpl.Page("BackgroundBmp", name);

@@ -187,10 +187,12 @@ TEST_F(MenuBmp, FailuresLeaveTheOutputAsItWas) {
     tpl.Page({{"BackgroundBmp", ""}, {"OutputBmp", "menu.bmp"}});
     tpl.Key(0, "ButtonFrameBmp", "");
     ASSERT_NE(CreateMenuBmp(tpl.path()), 0) << value;  // the failure is the case's alone
-    WriteFile(dir.File("menu.bmp"), "old");
+    std::string old = ReadFile(dir.File("menu.bmp"));
+    old.back() ^= 1;  // a picture as the renderer makes them, yet not this one
+    WriteFile(dir.File("menu.bmp"), old);
     key == "ButtonFrameBmp" ? tpl.Key(0, key, value) : tpl.Page(key, value);
     EXPECT_EQ(CreateMenuBmp(tpl.path()), 0) << value;
-    EXPECT_EQ(ReadFile(dir.File("menu.bmp")), "old") << value;
+    EXPECT_EQ(ReadFile(dir.File("menu.bmp")), old) << value;
     EXPECT_EQ(Entries(), 5) << value;  // and no temporary left behind
   }
   TestTemplate absent(dir, "absent.ini");

@@ -1,7 +1,8 @@
 // Where the renderers may write: never over their template, a picture they draw or the other
 // renderer's output (whatever the spelling), never over anything but a regular file, never
-// over a read-only one (as root too); symbolic links are followed, a file-size limit fails the
-// write instead of killing the caller, and no temporary file is left behind.
+// over a read-only one (as root too), never over a file that is not a picture they made;
+// symbolic links are followed, a file-size limit fails the write instead of killing the caller,
+// and no temporary file is left behind.
 #include <tolvex/MenuBmp.h>
 #include <tolvex/MenuMask.h>
 
@@ -39,6 +40,12 @@ class OutputSafety : public ::testing::Test {
     const std::string reason = mask ? TolvexMenuMaskLastError() : TolvexMenuBmpLastError();
     EXPECT_EQ(result == 0, refused) << reason;
     return reason;
+  }
+  // A picture as the renderer writes them, at `path`; returns its bytes.
+  std::string OurPicture(const std::string& path) {
+    std::string source = dir.File("bg.png"), target = path;
+    EXPECT_NE(ImageResize(source.data(), target.data(), 3, 2), 0) << TolvexMenuBmpLastError();
+    return ReadFile(path);
   }
   std::vector<std::string> Names() const {
     std::vector<std::string> names;
@@ -91,7 +98,7 @@ TEST_F(OutputSafety, LinksAreFollowedAndOnlyWritableRegularFilesReplaced) {
 
   ASSERT_EQ(mkfifo(dir.File("fifo.bmp").c_str(), 0644), 0);
   fs::create_symlink("fifo.bmp", dir.File("to-fifo.bmp"));
-  WriteFile(dir.File("locked.bmp"), "old");
+  const std::string locked = OurPicture(dir.File("locked.bmp"));
   chmod(dir.File("locked.bmp").c_str(), 0444);  // root may write it, but must not
   const std::pair<const char*, const char*> cases[] = {
       {"fifo.bmp", "not a regular file"}, {"to-fifo.bmp", "not a regular file"},
@@ -106,14 +113,14 @@ TEST_F(OutputSafety, LinksAreFollowedAndOnlyWritableRegularFilesReplaced) {
   }
   EXPECT_TRUE(fs::is_fifo(dir.File("fifo.bmp")));
   EXPECT_TRUE(fs::is_symlink(dir.File("to-fifo.bmp")));
-  EXPECT_EQ(ReadFile(dir.File("locked.bmp")), "old");
+  EXPECT_EQ(ReadFile(dir.File("locked.bmp")), locked);
   EXPECT_EQ(Names(), (std::vector<std::string>{"bg.png", "fifo.bmp", "link.bmp",
                                                "locked.bmp", "menu.ini", "sub", "to-fifo.bmp"}));
 }
 
 TEST_F(OutputSafety, AFileSizeLimitFailsTheWriteAndLeavesNoTemporary) {
   tpl.Page({{"OutputBmp", "menu.bmp"}, {"OutMask", "mask.bmp"}});
-  WriteFile(dir.File("menu.bmp"), "old");
+  const std::string old = OurPicture(dir.File("menu.bmp"));
   // A temporary left by a writer killed before its rename; the next write removes it.
   WriteFile(dir.File(".menu.bmp.tolvex-999999-0"), "stale");
   WriteFile(dir.File(".menu.bmp.tmp999999-0-123"), "stale");  // named by an earlier version
@@ -132,9 +139,68 @@ TEST_F(OutputSafety, AFileSizeLimitFailsTheWriteAndLeavesNoTemporary) {
     EXPECT_TRUE(WIFEXITED(status)) << "killed by signal " << WTERMSIG(status);
     EXPECT_EQ(WEXITSTATUS(status), 0) << "rendered, or failed for another reason";
   }
-  EXPECT_EQ(ReadFile(dir.File("menu.bmp")), "old");
+  EXPECT_EQ(ReadFile(dir.File("menu.bmp")), old);
   EXPECT_EQ(Names(), (std::vector<std::string>{".menu.bmp.tmpfile", "bg.png", "menu.bmp",
                                                "menu.ini", "sub"}));
+}
+
+TEST_F(OutputSafety, AFileTheRendererCouldNotHaveMadeIsNeverReplaced) {
+  TempDir elsewhere;
+  const std::string keys = elsewhere.File("victim_keys"), mask = elsewhere.File("victim_mask");
+  WriteFile(keys, "ssh-ed25519 AAAA... me@host\n");
+  WriteFile(mask, "BM not a picture at all");
+  fs::create_symlink(keys, dir.File("to-keys.bmp"));
+  std::string cut = OurPicture(dir.File("cut.bmp"));
+  cut.pop_back();  // a picture of ours, but not whole
+  WriteFile(dir.File("cut.bmp"), cut);
+  const std::string relative = fs::relative(keys, dir.path()).string();
+  const std::pair<std::string, std::string> cases[] = {
+      {relative, keys}, {mask, mask}, {"to-keys.bmp", keys}, {"cut.bmp", dir.File("cut.bmp")}};
+  for (const auto& [name, file] : cases) {
+    const std::string before = ReadFile(file);
+    for (const bool isMask : {false, true}) {
+      tpl.Page({{"OutputBmp", isMask ? "menu.bmp" : name}, {"OutMask", isMask ? name : "m.bmp"}});
+      EXPECT_PRED2(Has, Render(isMask, true),
+                   "refusing to replace output " +
+                       (name[0] == '/' ? name : dir.File(name)) +
+                       ": the file there is not a BMP picture the renderer made")
+          << name;
+      EXPECT_EQ(ReadFile(file), before) << name;
+    }
+  }
+  // Its own pictures, and an empty file, which holds nothing to lose, are replaced.
+  tpl.Page({{"OutputBmp", "menu.bmp"}, {"OutMask", "mask.bmp"}});
+  WriteFile(dir.File("mask.bmp"), "");
+  for (int round = 0; round < 2; ++round) {
+    Render(false, false);
+    Render(true, false);
+  }
+  EXPECT_EQ(Picture::Load(dir.File("menu.bmp")).At(0, 0), kBlue);
+}
+
+// Rendering inside an edit of the template, on the edit's thread: the outputs are written under
+// the folder lock that the edit holds, and the default names go into the edit. Run in a child
+// that an alarm ends, so that a deadlock fails the test instead of hanging it.
+TEST_F(OutputSafety, RenderingInsideAnEditOfTheTemplateNeitherWaitsNorLosesTheNames) {
+  const pid_t child = fork();
+  if (child == 0) {
+    alarm(30);
+    TolvexProfileEdit* edit = TolvexBeginProfileEdit(tpl.path());
+    const bool rendered = edit && CreateMenuBmp(tpl.path()) && CreateMaskMenuBmp(tpl.path());
+    const bool committed = rendered && TolvexCommitProfileEdit(edit);
+    TolvexEndProfileEdit(edit);
+    _exit(committed ? 0 : 1);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFEXITED(status)) << "ended by signal " << WTERMSIG(status);
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+  char name[64];
+  GetPrivateProfileStringA("Background", "OutputBmp", "", name, sizeof name, tpl.path());
+  EXPECT_STREQ(name, "menu.bmp");
+  GetPrivateProfileStringA("Background", "OutMask", "", name, sizeof name, tpl.path());
+  EXPECT_STREQ(name, "menu_mask.bmp");
+  EXPECT_TRUE(Picture::Load(dir.File("menu.bmp")).width > 0);
 }
 
 }  // namespace

@@ -1,11 +1,17 @@
 // apply: show --json, a script's change and apply round-trip; code page 1252 text survives the
-// trip byte for byte; a bad document or a failing write changes nothing.
+// trip byte for byte; a bad document or a failing write changes nothing; hostile documents
+// (deep, huge, endless, with control characters) give one short line and change nothing.
 #include "ToolRunner.h"
 
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
 #include <filesystem>
 
 namespace tolvex::test {
@@ -95,6 +101,95 @@ TEST_F(ApplyCommand, ABadDocumentOrAFailedWriteChangesNothing) {
   EXPECT_EQ(limited.status, 2);
   EXPECT_EQ(ReadFile(file), before);
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 2);
+}
+
+// One line of at most a few hundred bytes, without a control character a terminal would act on.
+void ExpectOneShortLine(const std::string& err) {
+  EXPECT_LT(err.size(), 300u) << err.substr(0, 300);
+  EXPECT_EQ(std::count(err.begin(), err.end(), '\n'), 1) << err.substr(0, 300);
+  EXPECT_EQ(err.find('\x1b'), std::string::npos) << err.substr(0, 300);
+}
+
+TEST_F(ApplyCommand, DeepDocumentsAreRefusedOnEveryPath) {
+  const std::string before = ReadFile(file);
+  const std::string open(100000, '['), close(100000, ']');
+  for (const std::string& document :
+       {"{\"page\":{\"title\":" + open + close + "}}",
+        "{\"layouts\":[{\"count\":2,\"buttons\":[{\"button\":1,\"title\":" + open + close +
+            "}]}]}",
+        "{\"layouts\":[{\"count\":" + open + close + "}]}"}) {
+    WriteFile(changesFile, document);
+    const ToolResult result = RunTool({"apply", file, changesFile});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_NE(result.err.find("more than 32 deep"), std::string::npos) << result.err;
+  }
+  EXPECT_EQ(ReadFile(file), before);
+}
+
+TEST_F(ApplyCommand, DevicesPipesAndHugeFilesAreRefusedWithoutReadingThem) {
+  const std::string fifo = dir.File("changes.fifo"), huge = dir.File("huge.json");
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+  // A writer that never writes: an open for reading would succeed and the read would wait.
+  const int writer = ::open(fifo.c_str(), O_RDWR | O_NONBLOCK);
+  ASSERT_GE(writer, 0);
+  const int made = ::open(huge.c_str(), O_WRONLY | O_CREAT, 0600);
+  ASSERT_EQ(ftruncate(made, 2LL << 30), 0);  // sparse: 2 GB that take no room
+  ::close(made);
+  for (const auto& [changes, message] : {std::pair<std::string, std::string>{"/dev/zero", "is a device"},
+                                         {fifo, "named pipe"},
+                                         {dir.path(), "is a folder"},
+                                         {huge, "is 2 GB, more than the 16 MB"}}) {
+    const ToolResult result = RunTool({"apply", file, changes}, "", 0, 20);
+    EXPECT_EQ(result.status, 2) << changes;
+    EXPECT_NE(result.err.find(message), std::string::npos) << result.err;
+  }
+  ::close(writer);
+}
+
+TEST_F(ApplyCommand, HostileValuesAndNamesAreEchoedAsOneShortEscapedLine) {
+  const std::string before = ReadFile(file);
+  std::string elements = "[0";
+  for (int i = 1; i < 5000000; ++i) elements += ",0";
+  WriteFile(changesFile, "{\"page\":{\"title\":" + elements + "]}}");
+  ToolResult result = RunTool({"apply", file, changesFile});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_NE(result.err.find("an array of 5000000 elements is not a string"), std::string::npos);
+  ExpectOneShortLine(result.err);
+
+  for (const json& changes :
+       {json{{"page", {{"ti\u001b[2Jtle\nforged: line", 1}}}},
+        json{{"page", {{std::string(100000, 'n'), 1}}}},
+        json{{"layouts", {{{"count", 2}, {"buttons", {{{"button", 1}, {"\u001b]0;x\u0007", 1}}}}}}}},
+        json{{"page", {{"mode", std::string(100000, 'x') + "\u001b"}}}},
+        json{{"page", {{"buttons.max", "\u001b[31m" + std::string(100000, 'y')}}}}}) {
+    result = Apply(changes);
+    EXPECT_EQ(result.status, 2);
+    ExpectOneShortLine(result.err);
+  }
+  EXPECT_NE(Apply({{"page", {{"ti\u001btle", 1}}}}).err.find("page.ti\\etle: no such property"),
+            std::string::npos);
+  EXPECT_EQ(ReadFile(file), before);
+}
+
+TEST_F(ApplyCommand, TextsWarnAsSetDoesAndMayNotOutgrowTheTemplateLimit) {
+  const ToolResult longTitle = Apply({{"page", {{"title", std::string(100, 'x')}}}});
+  EXPECT_EQ(longTitle.status, 0);
+  EXPECT_NE(longTitle.err.find("warning: page.title has 100 characters; only the first 79 are "
+                               "read back"),
+            std::string::npos)
+      << longTitle.err;
+
+  // Each document is within the limit of a document; the second would take the template past
+  // the size the renderer reads.
+  ASSERT_EQ(Apply({{"page", {{"title", std::string(9 << 20, 't')}}}}).status, 0);
+  const std::string before = ReadFile(file);
+  const ToolResult over = Apply({{"page", {{"music", std::string(9 << 20, 'm')}}}});
+  EXPECT_EQ(over.status, 2);
+  EXPECT_NE(over.err.find("page.music: 9437184 characters would make the template larger than "
+                          "the 16 MB the renderer reads"),
+            std::string::npos)
+      << over.err.substr(0, 300);
+  EXPECT_EQ(ReadFile(file), before);
 }
 
 }  // namespace

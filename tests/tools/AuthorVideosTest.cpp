@@ -1,7 +1,7 @@
 // author, end to end, with the kinds of video people have (other frame rates, sizes and
 // codecs, 16:9 DVD files, 5.1 and missing sound, a phone clip recorded on its side, names with
 // spaces): what the tool says it does with each, and the disc played through libdvdnav, every
-// button playing its own title in the aspect it should have.
+// button highlighted and playing its own title in the aspect it should have.
 #include "ToolRunner.h"
 #include "tools/author/DvdPlayer.h"
 
@@ -54,6 +54,11 @@ void EachButtonPlaysItsClipInItsAspect(const std::string& disc, const std::vecto
   ASSERT_EQ(menu.buttons, static_cast<int>(clips.size()));
   for (int button = 1; button <= menu.buttons; ++button) {
     const Clip& clip = clips[static_cast<size_t>(button - 1)];
+    for (const bool activated : {false, true}) {
+      const auto drawn = player.Highlight(button, activated);
+      ASSERT_TRUE(drawn) << clip.name;
+      EXPECT_NE(drawn->contrast, (std::array<int, 4>{})) << clip.name << ": no highlight drawn";
+    }
     player.TakeTitles();
     player.Select(button);
     player.Activate();

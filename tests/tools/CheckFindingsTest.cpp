@@ -3,6 +3,8 @@
 // television shows badly (outside the title-safe area, odd lines, thin frames), and files that
 // cannot be used (a FIFO that must not be opened, empty, truncated, corrupt, oversized, a
 // folder, an output folder that is missing). render refuses such a page unless forced.
+// Templates are untrusted: outputs outside the template's folder are pointed out, names are
+// echoed escaped, and a huge page gives a short report or is refused unread.
 #include "ToolRunner.h"
 
 #include "support/TempDir.h"
@@ -109,6 +111,95 @@ TEST(CheckFindings, ASpoiledPageIsReportedOneLineAFindingAndRenderRefusesIt) {
             std::string::npos)
       << rendered.err;
   EXPECT_EQ(ReadFile(file), before);
+}
+
+// A JPEG of `width` x `height` made by the tool, its start-of-frame patched to claim the size
+// `claimed` (0: as made).
+std::string Jpeg(const TempDir& dir, int width, int height, int claimed = 0) {
+  const std::string path = dir.File("made.jpg");
+  EXPECT_EQ(RunTool({"resize", ExamplePicture("background.png"), path, std::to_string(width),
+                     std::to_string(height)})
+                .status, 0);
+  std::string jpeg = ReadFile(path);
+  const std::size_t frame = jpeg.find("\xff\xc0");
+  if (claimed && frame != std::string::npos)
+    for (std::size_t at : {frame + 5, frame + 7}) jpeg[at] = char(claimed >> 8), jpeg[at + 1] = char(claimed);
+  return jpeg;
+}
+
+std::vector<std::string> Lines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+TEST(CheckFindings, CutAndOverclaimingPicturesOutputsElsewhereAndControlCharacters) {
+  TempDir dir;
+  const std::string whole = Jpeg(dir, 720, 480);
+  ASSERT_GT(whole.size(), 4000u);
+  WriteFile(dir.File("cut.jpg"), whole.substr(0, whole.size() / 3));
+  WriteFile(dir.File("claims.jpg"), Jpeg(dir, 64, 64, 5000));
+  WriteFile(dir.File("whole.jpg"), whole);
+  ASSERT_EQ(mkdir(dir.File("page").c_str(), 0700), 0);
+  const std::string file = dir.File("page/menu.ini");
+  WriteFile(file, "[Background]\nNTSC=TRUE\nMaximumNumberOfButton=2\nCurrentNumberOfButton=2\n"
+                  "BackgroundBmp=../whole.jpg\nOutputBmp=../victim_keys\nOutMask=" +
+                      dir.File("mask.bmp") +
+                      "\nBackgroundTitle=Hi\nBackgroundTitlePosition_x=200\n"
+                      "BackgroundTitlePosition_y=100\nBackgroundTitleFont_Name=\x1b[2J\x1b]0;x\x07\n"
+                      "AddPrevButton=FALSE\nAddNextButton=FALSE\n[NumOfButton2]\n" +
+                      Button(2, 100, 200, 260, 290) + "ButtonBmp2=../cut.jpg\n" +
+                      Button(3, 400, 200, 560, 290) + "ButtonBmp3=../claims.jpg\n");
+
+  const ToolResult checked = RunTool({"check", file});
+  EXPECT_EQ(checked.status, 2);
+  for (const std::string& want : std::vector<std::string>{
+           ": error: layout 2, button 1, picture: '../cut.jpg' is truncated: it ends before its "
+        "end-of-image marker",
+        ": error: layout 2, button 2, picture: '../claims.jpg' holds far too little data for the "
+        "5000 x 5000 pixels its header claims",
+        ": warning: output: '../victim_keys' lies outside the template's folder",
+        ": warning: mask: '" + dir.File("mask.bmp") + "' lies outside the template's folder",
+        ": warning: title: font '\\e[2J\\e]0;x\\x07' is not installed"})
+    EXPECT_NE(checked.out.find(want), std::string::npos) << want << "\n" << checked.out;
+  EXPECT_EQ(checked.out.find('\x1b'), std::string::npos);
+  EXPECT_EQ(checked.out.find("whole.jpg"), std::string::npos) << checked.out;
+}
+
+TEST(CheckFindings, AHugePageGetsAShortReportAndAnOversizedOneIsRefusedUnread) {
+  TempDir dir;
+  const std::string file = dir.File("menu.ini");
+  // 1,000 buttons and titles on one spot: every pair overlaps.
+  std::string page = "[Background]\nNTSC=TRUE\nMaximumNumberOfButton=1000\n"
+                     "CurrentNumberOfButton=1000\nAddPrevButton=FALSE\nAddNextButton=FALSE\n"
+                     "[NumOfButton1000]\n";
+  for (int i = 2; i <= 1001; ++i)
+    page += Button(i, 100, 100, 200, 200) + Title(i, "Chapter", 100, 210);
+  WriteFile(file, page);
+  const ToolResult checked = RunTool({"check", file}, "", 0, 120);
+  EXPECT_EQ(checked.status, 2);
+  const std::vector<std::string> lines = Lines(checked.out);
+  EXPECT_LT(lines.size(), 200u);
+  EXPECT_NE(checked.out.find("error: layout 1000, button 2: overlaps the button 1\n"),
+            std::string::npos);
+  EXPECT_NE(checked.out.find("error: layout 1000: more overlapping buttons than are listed"),
+            std::string::npos);
+  EXPECT_NE(checked.out.find("more like \"layout #, button #: overlaps the button #\", not listed"),
+            std::string::npos)
+      << checked.out;
+
+  // Larger than the renderer reads: refused by check and by render's check before parsing.
+  WriteFile(file, page + std::string(17 << 20, ';'));
+  for (const char* command : {"check", "render"}) {
+    const ToolResult refused = RunTool({command, file}, "", 0, 120);
+    EXPECT_EQ(refused.status, 2) << command;
+    EXPECT_NE(refused.err.find("is 17 MB, more than the 16 MB a template may have for the "
+                               "renderer; not checked"),
+              std::string::npos)
+        << command << ": " << refused.err;
+    EXPECT_EQ(refused.out, "") << command;
+  }
 }
 
 }  // namespace

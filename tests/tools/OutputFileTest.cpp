@@ -1,7 +1,7 @@
 // The tool's own output files: replaced whole or not at all, through links, never over what is
 // not a regular file, and never cut short by a file size limit.
-#include "tools/OutputFile.h"
-#include "tools/ToolError.h"
+#include "tools/io/OutputFile.h"
+#include "tools/cli/ToolError.h"
 
 #include "support/TempDir.h"
 

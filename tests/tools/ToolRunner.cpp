@@ -17,7 +17,8 @@ namespace tolvex::test {
 namespace {
 
 ToolResult Run(const std::vector<std::string>& args, const std::string& cwd,
-               unsigned long fileSizeLimit, const std::string& waitFor, int stopSignal) {
+               unsigned long fileSizeLimit, unsigned timeLimit, const std::string& waitFor,
+               int stopSignal) {
   TempDir capture;
   const std::string out = capture.File("out"), err = capture.File("err");
   std::vector<char*> argv{const_cast<char*>(MENUTEMPLATE_TOOL)};
@@ -35,6 +36,7 @@ ToolResult Run(const std::vector<std::string>& args, const std::string& cwd,
       struct rlimit limit {fileSizeLimit, fileSizeLimit};
       if (setrlimit(RLIMIT_FSIZE, &limit) != 0) _exit(126);
     }
+    if (timeLimit) alarm(timeLimit);  // the alarm survives exec, and SIGALRM ends the tool
     execv(argv[0], argv.data());
     _exit(127);
   }
@@ -73,13 +75,13 @@ ToolResult Run(const std::vector<std::string>& args, const std::string& cwd,
 }  // namespace
 
 ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd,
-                   unsigned long fileSizeLimit) {
-  return Run(args, cwd, fileSizeLimit, "", 0);
+                   unsigned long fileSizeLimit, unsigned timeLimit) {
+  return Run(args, cwd, fileSizeLimit, timeLimit, "", 0);
 }
 
 ToolResult RunToolAndSignal(const std::vector<std::string>& args, const std::string& cwd,
                             const std::string& waitFor, int signal) {
-  return Run(args, cwd, 0, waitFor, signal);
+  return Run(args, cwd, 0, 0, waitFor, signal);
 }
 
 nlohmann::json ShowJson(const std::string& file) {

@@ -1,8 +1,8 @@
 // Assigning videos to numbered buttons (see Assignment.h).
 #include "tools/author/Assignment.h"
 
-#include "tools/ButtonNumber.h"
-#include "tools/ToolError.h"
+#include "tools/page/ButtonNumber.h"
+#include "tools/cli/ToolError.h"
 
 namespace menutool::author {
 namespace {

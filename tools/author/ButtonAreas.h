@@ -7,7 +7,7 @@
 #ifndef TOLVEX_TOOLS_AUTHOR_BUTTONAREAS_H
 #define TOLVEX_TOOLS_AUTHOR_BUTTONAREAS_H
 
-#include "tools/MaskAreas.h"
+#include "tools/preview/MaskAreas.h"
 
 #include <tolvex/WinTypes.h>
 

@@ -2,7 +2,7 @@
 // after resolving symbolic links, so another spelling of a folder is the same folder.
 #include "tools/author/DiscOutput.h"
 
-#include "tools/ToolError.h"
+#include "tools/cli/ToolError.h"
 #include "tools/author/Stop.h"
 
 #include <fcntl.h>

@@ -6,7 +6,7 @@
 #ifndef TOLVEX_TOOLS_AUTHOR_DISCXML_H
 #define TOLVEX_TOOLS_AUTHOR_DISCXML_H
 
-#include "tools/MaskAreas.h"
+#include "tools/preview/MaskAreas.h"
 #include "tools/author/Assignment.h"
 #include "tools/author/MenuPage.h"
 #include "tools/author/VideoPlan.h"

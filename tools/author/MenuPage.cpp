@@ -1,13 +1,13 @@
 // Reading and rendering one menu page (see MenuPage.h).
 #include "tools/author/MenuPage.h"
 
-#include "tools/Canvas.h"
-#include "tools/Grid.h"
-#include "tools/Properties.h"
-#include "tools/RawProfile.h"
-#include "tools/TemplatePath.h"
-#include "tools/TemplateSession.h"
-#include "tools/ToolError.h"
+#include "tools/layout/Canvas.h"
+#include "tools/layout/Grid.h"
+#include "tools/page/Properties.h"
+#include "tools/page/RawProfile.h"
+#include "tools/page/TemplatePath.h"
+#include "tools/page/TemplateSession.h"
+#include "tools/cli/ToolError.h"
 
 #include <tolvex/MenuBmp.h>
 #include <tolvex/MenuMask.h>
@@ -181,14 +181,6 @@ MenuPage PrepareMenuPage(const std::string& given, const std::string& copy, bool
   if (!fs::is_regular_file(copy))
     throw ToolError(given, "cannot copy the template to " + copy);
   menu.SetTemplateFile(CString(copy.c_str()));
-  // Only the layout in use is rendered; the others go from the copy, so that check judges
-  // what goes on the disc.
-  const std::optional<long long> inUse = LayoutInUse(copy);
-  for (const std::string& section : SectionNames(copy))
-    if (const auto count = LayoutCount(section); count && count != inUse)
-      if (!RemoveSection(copy, section))
-        throw ToolError(given, "cannot prepare the template for rendering");
-
   std::string note;
   if (linked) {
     note = PlaceNavButtons(&menu, ReadPage(given, copy));
@@ -220,8 +212,11 @@ MenuPage PrepareMenuPage(const std::string& given, const std::string& copy, bool
   const fs::path base = fs::path(copy).replace_extension();
   page.picture = base.string() + ".bmp";
   page.mask = base.string() + "-mask.bmp";
-  if (!menu.SetOutputBMPFile(CString(page.picture.c_str())) ||
-      !menu.SetOutMaskFile(CString(page.mask.c_str())))
+  // Named from the copy's folder, where they are written.
+  const std::string pictureName = fs::path(page.picture).filename().string();
+  const std::string maskName = fs::path(page.mask).filename().string();
+  if (!menu.SetOutputBMPFile(CString(pictureName.c_str())) ||
+      !menu.SetOutMaskFile(CString(maskName.c_str())))
     throw ToolError(given, "cannot prepare the template for rendering");
   return page;
 }

@@ -4,7 +4,7 @@
 // stops it (Stop.h); it also dies with the tool, should the tool be killed outright.
 #include "tools/author/Programs.h"
 
-#include "tools/ToolError.h"
+#include "tools/cli/ToolError.h"
 #include "tools/author/Stop.h"
 
 #include <fcntl.h>

@@ -3,7 +3,7 @@
 // signal handler; everything else happens on the run's own path.
 #include "tools/author/Stop.h"
 
-#include "tools/ToolError.h"
+#include "tools/cli/ToolError.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -14,10 +14,13 @@
 namespace menutool::author {
 namespace {
 
-constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
+// SIGPIPE too: output read by a program that has gone (`author ... | head`) ends the run as
+// cleanly as a Ctrl-C.
+constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
+constexpr size_t kCount = sizeof kSignals / sizeof kSignals[0];
 volatile sig_atomic_t g_signal = 0;
 int g_pipe[2] = {-1, -1};
-struct sigaction g_previous[3];
+struct sigaction g_previous[kCount];
 
 void Note(int signal) {
   if (g_signal == 0) g_signal = signal;
@@ -43,7 +46,7 @@ StopOnSignals::StopOnSignals() {
   action.sa_handler = Note;
   sigemptyset(&action.sa_mask);
   action.sa_flags = 0;  // no SA_RESTART: a blocking call returns EINTR and the run looks
-  for (size_t i = 0; i < 3; ++i) sigaction(kSignals[i], &action, &g_previous[i]);
+  for (size_t i = 0; i < kCount; ++i) sigaction(kSignals[i], &action, &g_previous[i]);
   // A shell may start the tool with SIGINT ignored (a background job); a user who sends it
   // still means stop. The signals are also let through should the caller have blocked them.
   sigset_t set = StopSet();
@@ -51,7 +54,7 @@ StopOnSignals::StopOnSignals() {
 }
 
 StopOnSignals::~StopOnSignals() {
-  for (size_t i = 0; i < 3; ++i) sigaction(kSignals[i], &g_previous[i], nullptr);
+  for (size_t i = 0; i < kCount; ++i) sigaction(kSignals[i], &g_previous[i], nullptr);
   for (int& fd : g_pipe) {
     if (fd >= 0) close(fd);
     fd = -1;
@@ -65,7 +68,10 @@ int StopPipe() { return g_pipe[0]; }
 void StopIfAsked() {
   const int signal = g_signal;
   if (signal == 0) return;
-  const char* name = signal == SIGINT ? "SIGINT" : signal == SIGTERM ? "SIGTERM" : "SIGHUP";
+  const char* name = signal == SIGINT    ? "SIGINT"
+                     : signal == SIGTERM ? "SIGTERM"
+                     : signal == SIGHUP  ? "SIGHUP"
+                                         : "SIGPIPE";
   throw ToolError("", std::string("stopped by ") + name + "; the unfinished disc was removed",
                   128 + signal);
 }

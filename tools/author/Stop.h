@@ -1,5 +1,5 @@
-// Stopping a run of author when the user asks: Ctrl-C (SIGINT), kill (SIGTERM) or a closed
-// terminal (SIGHUP). While a StopOnSignals lives, those signals only note that a stop was
+// Stopping a run of author when the user asks: Ctrl-C (SIGINT), kill (SIGTERM), a closed
+// terminal (SIGHUP) or a closed pipe it writes to (SIGPIPE). While a StopOnSignals lives, those signals only note that a stop was
 // asked and wake whoever waits on StopPipe(); the run then stops its programs, throws from the
 // next StopIfAsked() and unwinds, removing what it had begun, and the tool exits 128 + the
 // signal's number. One per process; the handlers are restored when it ends.

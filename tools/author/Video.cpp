@@ -1,7 +1,7 @@
 // Probing and converting videos with ffprobe and ffmpeg (see Video.h).
 #include "tools/author/Video.h"
 
-#include "tools/ToolError.h"
+#include "tools/cli/ToolError.h"
 #include "tools/author/Programs.h"
 #include "tools/author/VideoPlan.h"
 

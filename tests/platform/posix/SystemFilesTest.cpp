@@ -1,9 +1,11 @@
 // What only POSIX has: a write keeps the mode bits, owner and group of the file it replaces and
 // leaves symbolic links in place; a bare name without $TOLVEX_PROFILE_DIR follows the XDG
 // rules; FIFOs and devices are refused without waiting; a file-size rlimit fails the write
-// instead of killing the process.
+// instead of killing the process; a forked child can neither commit nor release its parent's
+// edit.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <tolvex/Profile.h>
 #include <unistd.h>
 
@@ -11,6 +13,7 @@
 #include <string>
 
 #include "platform/ChildProcess.h"
+#include "platform/LockProbe.h"
 #include "support/Environment.h"
 #include "support/TempDir.h"
 
@@ -135,6 +138,29 @@ TEST(FileSizeLimit, FailsTheWriteWithoutKillingTheProcess) {
   ASSERT_TRUE(end.exited) << "killed";
   EXPECT_EQ(end.code, 0);
   EXPECT_EQ(ReadFile(path), original);
+}
+
+TEST(ForkedChild, NeitherCommitsNorReleasesItsParentsOpenChanges) {
+  TempDir dir;
+  const std::string path = dir.File("t.ini"), old = "[s]\r\nk=old\r\n";
+  WriteFile(path, old);
+  TolvexProfileEdit* edit = TolvexBeginProfileEdit(path.c_str());
+  ASSERT_NE(edit, nullptr);
+  ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "parent", path.c_str()));
+  const pid_t child = fork();
+  if (child == 0) {
+    alarm(30);
+    const bool refused = !TolvexCommitProfileEdit(edit);
+    TolvexEndProfileEdit(edit);
+    _exit(refused && ReadFile(path) == old ? 0 : 1);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+  EXPECT_FALSE(FolderLockIsFree(path));
+  EXPECT_TRUE(TolvexCommitProfileEdit(edit));
+  TolvexEndProfileEdit(edit);
+  EXPECT_EQ(Read("k", path), "parent");
 }
 
 }  // namespace

@@ -189,6 +189,10 @@ TEST(ProfilePath, BareNameWithoutOwnFolderFollowsXdgThenHome) {
   GTEST_SKIP() << "XDG folders are POSIX; Windows keeps bare names in the Windows folder";
 }
 
+TEST(ForkedChild, NeitherCommitsNorReleasesItsParentsOpenChanges) {
+  GTEST_SKIP() << "Windows has no fork(); a child process shares no handle of its parent's edit";
+}
+
 TEST(FileSizeLimit, FailsTheWriteWithoutKillingTheProcess) {
   GTEST_SKIP() << "Windows has no file-size limit per process (RLIMIT_FSIZE)";
 }

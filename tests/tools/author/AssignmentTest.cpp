@@ -1,7 +1,7 @@
 #include "tools/author/Assignment.h"
 #include "tools/author/Colours.h"
 
-#include "tools/ToolError.h"
+#include "tools/cli/ToolError.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "tools/author/Programs.h"
 
-#include "tools/ToolError.h"
+#include "tools/cli/ToolError.h"
 
 #include "support/TempDir.h"
 
