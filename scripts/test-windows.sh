@@ -30,13 +30,15 @@ cmake -S . -B "$build" -G Ninja -DCMAKE_TOOLCHAIN_FILE=cmake/windows/mingw-clang
   -DCMAKE_BUILD_TYPE=Release -DTOLVEX_BUILD_BENCHMARKS=OFF -DTOLVEX_INSTALL=OFF \
   "${launcher[@]}" >/dev/null
 
-# One Wine server for the whole run: every test program starts in it instead of starting one.
+# Wine's Windows folder is made (or brought up to date) by wineboot; its server goes away once
+# that is done, which wineserver -w waits for. Then one server for the whole run: every test
+# program starts in it instead of starting one, after Wine's own services have started.
 export WINEPREFIX="$PWD/$build/wine" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
 mkdir -p "$WINEPREFIX"
+wineboot --init >/dev/null 2>&1 || true
+wineserver -w
 wineserver -p
 trap 'wineserver -k 2>/dev/null || true' EXIT
-wineboot --init >/dev/null 2>&1 || true
-# Starts Wine's own services and waits for them, before two tests would start them at once.
 wine cmd /c exit >/dev/null 2>&1 || true
 
 cmake --build "$build" -j2
