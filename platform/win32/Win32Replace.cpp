@@ -1,9 +1,10 @@
 // The atomic replace of a file on Windows: the new bytes go to a file beside the old one (same
-// folder, so same volume), are flushed with FlushFileBuffers, and are moved over the old name
-// with MoveFileExW(REPLACE_EXISTING | WRITE_THROUGH), one rename of the file system. A reader,
-// a crash or a TerminateProcess at any moment sees the old file or the new one, never a mix,
-// and a failure at any step leaves the old file byte for byte and no temporary file behind.
-// (A writer terminated before the move leaves its temporary file; the next write of the same
+// folder, so same volume), are flushed with FlushFileBuffers, and are renamed over the old name
+// in one step of the file system (Win32Calls.cpp: the rename of POSIX semantics where the
+// system has it, else MoveFileExW with REPLACE_EXISTING and WRITE_THROUGH). A reader, a crash
+// or a TerminateProcess at any moment sees the old file or the new one, never a mix, and a
+// failure at any step leaves the old file byte for byte and no temporary file behind. (A
+// writer terminated before the rename leaves its temporary file; the next write of the same
 // file removes it.) Callers serialise writers with FolderLock; no state of its own.
 //
 // Why not ReplaceFileW: it keeps more of the old file (ACLs, creation time) but is several
@@ -11,10 +12,11 @@
 // The rename is one step. We carry the old file's attributes (read-only excepted: a read-only
 // file is never replaced) to the new one ourselves; its ACL is the folder's inherited one.
 //
-// Sharing: our readers open with FILE_SHARE_DELETE, so they never stand in the way of the
-// rename. A program that holds the file open without that share (an editor, a virus scanner
-// looking at it) makes the rename fail with a sharing violation or access denied for as long
-// as it holds it; we retry for about a second, then fail with the old file left as it was.
+// Sharing: our readers open with FILE_SHARE_DELETE. With the rename of POSIX semantics
+// (Windows 10 1607 and later, on NTFS) an open reader never stands in its way; with the classic
+// rename (older systems, other file systems, Wine) a file open at that moment, by our reader
+// or by another program (an editor, a virus scanner), makes it fail with a sharing violation
+// or access denied. We retry for about a second, then fail with the old file left as it was.
 #include "platform/win32/Win32Replace.h"
 
 #include <windows.h>
