@@ -120,7 +120,7 @@ TEST(SharingViolation, ReaderWithFullSharingAtMostDelaysAWrite) {
   EXPECT_EQ(EntriesIn(dir.path()), 1u);
 }
 
-TEST(ProfilePath, EverySpellingOfANameReachesOneEdit) {
+TEST(ProfilePath, EverySpellingOfANameReachesTheSameFile) {
   TempDir dir;
   const std::string path = dir.File("t.ini");
   WriteFile(path, "[s]\r\n");
