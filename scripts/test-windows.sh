@@ -35,6 +35,7 @@ cmake -S . -B "$build" -G Ninja -DCMAKE_TOOLCHAIN_FILE=cmake/windows/mingw-clang
 # program starts in it instead of starting one, after Wine's own services have started.
 export WINEPREFIX="$PWD/$build/wine" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
 mkdir -p "$WINEPREFIX"
+wineserver -k 2>/dev/null || true  # a server a stopped run of this script left behind
 wineboot --init >/dev/null 2>&1 || true
 wineserver -w
 wineserver -p
