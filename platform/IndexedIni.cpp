@@ -11,11 +11,10 @@
 namespace tolvex::platform {
 namespace {
 
-const std::u16string_view kCrLf = u"\r\n";
-
-bool HasLineBreak(std::u16string_view units) {
-  for (char16_t unit : units)
-    if (unit == '\r' || unit == '\n') return true;
+template <typename Text>
+bool HasLineBreak(const Text& units, size_t end) {
+  for (size_t i = 0; i < end; ++i)
+    if (units[i] == '\r' || units[i] == '\n') return true;
   return false;
 }
 
@@ -88,9 +87,10 @@ IndexedIni::IndexedIni(std::string&& bytes) : m_file(std::move(bytes)) {
   for (uint32_t i = 0; i < m_sections.size(); ++i) IndexSection(i);
 }
 
-IndexedIni::LineText IndexedIni::TextOf(const Line& line) const {
-  const std::string_view bytes = BytesOf(line);
-  return LineText{reinterpret_cast<const unsigned char*>(bytes.data()), line.size,
+IndexedIni::LineText IndexedIni::TextOf(const Line& line) const { return TextOf(BytesOf(line)); }
+
+IndexedIni::LineText IndexedIni::TextOf(std::string_view bytes) const {
+  return LineText{reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size() / m_width,
                   m_width == 2, m_encoding == FileEncoding::kUtf16Le};
 }
 
@@ -106,29 +106,32 @@ IniLine IndexedIni::ParseOf(const Line& line) const {
   return parse;
 }
 
-void IndexedIni::UnitsOf(const Line& line, std::u16string* out) const {
-  const LineText text = TextOf(line);
-  out->resize(text.size());
-  for (size_t i = 0; i < text.size(); ++i) (*out)[i] = text[i];
+void IndexedIni::Store(std::string_view bytes, Line* line) {
+  line->at = static_cast<uint32_t>(m_changedLines.size() / m_width);
+  line->size = static_cast<uint32_t>(bytes.size() / m_width);
+  line->flags |= kChanged;
+  m_changedLines += bytes;
 }
 
-void IndexedIni::Store(std::u16string_view units, Line* line) {
-  line->at = static_cast<uint32_t>(m_changedLines.size() / m_width);
-  line->size = static_cast<uint32_t>(units.size());
-  line->flags |= kChanged;
-  const size_t at = m_changedLines.size();
-  m_changedLines.resize(at + units.size() * m_width);
-  char* to = m_changedLines.data() + at;
-  if (m_width == 1) {
-    for (char16_t unit : units) *to++ = static_cast<char>(unit & 0xFF);
-  } else {
-    const bool little = m_encoding == FileEncoding::kUtf16Le;
-    for (char16_t unit : units) {
-      const char low = static_cast<char>(unit & 0xFF), high = static_cast<char>(unit >> 8);
-      *to++ = little ? low : high;
-      *to++ = little ? high : low;
-    }
+void IndexedIni::AppendUnits(std::string_view ansi, std::string* out) const {
+  if (m_encoding == FileEncoding::kAnsi) {
+    *out += ansi;
+    return;
   }
+  m_wideUnits.clear();
+  AppendUnitsFromAnsi(ansi, m_encoding, &m_wideUnits);
+  for (char16_t unit : m_wideUnits) AppendUnit(unit, out);
+}
+
+void IndexedIni::AppendUnit(char16_t unit, std::string* out) const {
+  if (m_width == 1) {
+    out->push_back(static_cast<char>(unit & 0xFF));
+    return;
+  }
+  const char low = static_cast<char>(unit & 0xFF), high = static_cast<char>(unit >> 8);
+  const bool little = m_encoding == FileEncoding::kUtf16Le;
+  out->push_back(little ? low : high);
+  out->push_back(little ? high : low);
 }
 
 void IndexedIni::IndexSection(uint32_t index) {
@@ -279,8 +282,8 @@ bool IndexedIni::HasBytes(std::string_view bytes) const {
 size_t IndexedIni::MemoryUse() const {
   size_t memory = sizeof(*this) + m_file.capacity() + m_changedLines.capacity() +
                   m_firstSection.MemoryUse() + m_sections.capacity() * sizeof(Section) +
-                  (m_nameUnits.capacity() + m_lineUnits.capacity() + m_newValue.capacity()) * 2 +
-                  m_valueText.capacity();
+                  (m_nameUnits.capacity() + m_wideUnits.capacity()) * 2 + m_valueText.capacity() +
+                  m_newValue.capacity() + m_lineBytes.capacity();
   for (const Section& section : m_sections)
     memory += section.lines.capacity() * sizeof(Line) + section.entries.MemoryUse();
   return memory;
@@ -299,9 +302,9 @@ void IndexedIni::AppendAnsi(const Line& line, UnitRange range, std::string* out)
     return;
   }
   const LineText text = TextOf(line);
-  m_lineUnits.resize(range.size());
-  for (size_t i = 0; i < range.size(); ++i) m_lineUnits[i] = text[range.begin + i];
-  AppendAnsiFromUnits(m_lineUnits, m_encoding, out);
+  m_wideUnits.resize(range.size());
+  for (size_t i = 0; i < range.size(); ++i) m_wideUnits[i] = text[range.begin + i];
+  AppendAnsiFromUnits(m_wideUnits, m_encoding, out);
 }
 
 uint32_t IndexedIni::ReadValue(const char* app, const char* key, const char* defaultText,
@@ -366,8 +369,8 @@ bool IndexedIni::Write(const char* app, const char* key, const char* value) {
   if (!key) return RemoveSection(app);
   if (!value) return RemoveKey(app, key);
   m_newValue.clear();
-  AppendUnitsFromAnsi(WithoutLeadingBlanks(value), m_encoding, &m_newValue);
-  const std::u16string_view newValue = m_newValue;
+  AppendUnits(WithoutLeadingBlanks(value), &m_newValue);
+  const std::string_view newValue = m_newValue;
   Outcome outcome;
   const int found = FindTrimmedSection(app);
   if (found < 0) {
@@ -442,34 +445,37 @@ void IndexedIni::CompactIfWasteful() {
 }
 
 IndexedIni::Outcome IndexedIni::SetExisting(Line& line, const IniLine& parse,
-                                            std::u16string_view value) {
-  if (parse.hasValue && parse.value.size() == value.size()) {
-    const LineText text = TextOf(line);
-    size_t i = 0;
-    while (i < value.size() && text[parse.value.begin + i] == value[i]) ++i;
-    if (i == value.size()) return Outcome::kUnchanged;
-  }
-  std::u16string& units = m_lineUnits;
-  UnitsOf(line, &units);
+                                            std::string_view value) {
+  const size_t width = m_width;
+  const std::string_view old = BytesOf(line);
+  if (parse.hasValue &&
+      old.substr(parse.value.begin * width, parse.value.size() * width) == value)
+    return Outcome::kUnchanged;
+  std::string& bytes = m_lineBytes;
+  bytes.clear();
   UnitRange replaced{parse.content.end, parse.content.end};
   if (parse.hasValue) {
     // From the value's first character to the end of the line's text; text after a NUL goes
     // too, spacing before the value and the line break stay.
     replaced = parse.valueStart;
-    units.replace(replaced.begin, replaced.size(), value);
+    bytes += old.substr(0, replaced.begin * width);
   } else {
-    units.insert(replaced.begin, value);
-    units.insert(replaced.begin, 1, u'=');
+    bytes += old.substr(0, replaced.begin * width);
+    AppendUnit('=', &bytes);
   }
-  const size_t grown = units.size() - line.size;  // wraps round when the line shrank
+  bytes += value;
+  bytes += old.substr(replaced.end * width);
+  const size_t grown = bytes.size() / width - line.size;  // wraps round when the line shrank
   const uint32_t breakAt = static_cast<uint32_t>(line.breakAt + grown);
   m_units += grown;
-  Store(units, &line);
+  Store(bytes, &line);
   line.breakAt = breakAt;
   // A line break in the value, or a value that turns an entry such as "[x" into a header,
   // changes the structure.
   IniLine now;
-  if (HasLineBreak(value) || !ParseLine(units, 0, breakAt, &now) || now.isHeader)
+  const LineText text = TextOf(bytes);
+  if (HasLineBreak(TextOf(value), value.size() / width) || !ParseLine(text, 0, breakAt, &now) ||
+      now.isHeader)
     return Outcome::kReindex;
   line.flags |= kHasValue;
   return Outcome::kChanged;
@@ -479,35 +485,38 @@ void IndexedIni::EndWithBreak(Line& line) {
   if (line.size == 0) return;
   const char16_t last = TextOf(line)[line.size - 1];
   if (last == '\r' || last == '\n') return;
-  std::u16string units;
-  UnitsOf(line, &units);
-  units += kCrLf;
-  m_units += kCrLf.size();
-  Store(units, &line);
+  std::string bytes(BytesOf(line));
+  AppendUnit('\r', &bytes);
+  AppendUnit('\n', &bytes);
+  m_units += 2;
+  Store(bytes, &line);
 }
 
 IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
-                                         std::u16string_view value) {
-  std::u16string& units = m_lineUnits;
-  units.clear();
-  AppendUnitsFromAnsi(WithoutLeadingBlanks(key), m_encoding, &units);
-  units += u'=';
-  units += value;
-  const size_t breakAt = units.size();
-  units += kCrLf;
-  m_units += units.size();
+                                         std::string_view value) {
+  std::string& bytes = m_lineBytes;
+  bytes.clear();
+  AppendUnits(WithoutLeadingBlanks(key), &bytes);
+  AppendUnit('=', &bytes);
+  bytes += value;
+  const size_t breakAt = bytes.size() / m_width;
+  AppendUnit('\r', &bytes);
+  AppendUnit('\n', &bytes);
+  m_units += breakAt + 2;
   // A line break in the name or value, or a line that reads as a header, changes the
   // structure: the line is added as text all the same.
   IniLine parse;
-  const bool plain = !HasLineBreak(std::u16string_view(units).substr(0, breakAt)) &&
-                     ParseLine(units, 0, breakAt, &parse) && !parse.isHeader;
+  const LineText text = TextOf(bytes);
+  const bool plain = !HasLineBreak(text, breakAt) && ParseLine(text, 0, breakAt, &parse) &&
+                     !parse.isHeader;
 
   // After the section's last line with text, before the blank lines that follow it.
   Line& last = section.lines.back();
-  const LineText lastText = TextOf(last);
-  const size_t lastEnd = LineEndAfter(lastText, last.breakAt);
-  for (size_t i = lastEnd; i < last.size; ++i) units.push_back(lastText[i]);
-  last.size = static_cast<uint32_t>(lastEnd);
+  const size_t lastEnd = LineEndAfter(TextOf(last), last.breakAt);
+  if (lastEnd < last.size) {
+    bytes += BytesOf(last).substr(lastEnd * m_width);
+    last.size = static_cast<uint32_t>(lastEnd);
+  }
   EndWithBreak(last);
 
   Line line;
@@ -522,7 +531,7 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
       break;
     }
   }
-  Store(units, &line);
+  Store(bytes, &line);
   line.breakAt = static_cast<uint32_t>(breakAt);
   const uint32_t index = static_cast<uint32_t>(section.lines.size());
   section.lines.push_back(line);
@@ -532,20 +541,23 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
 }
 
 IndexedIni::Outcome IndexedIni::AddSection(std::string_view app, std::string_view key,
-                                           std::u16string_view value) {
-  std::u16string& units = m_lineUnits;
-  units = u"[";
-  AppendUnitsFromAnsi(WithoutLeadingBlanks(app), m_encoding, &units);
-  units += u']';
-  const size_t breakAt = units.size();
+                                           std::string_view value) {
+  std::string& bytes = m_lineBytes;
+  bytes.clear();
+  AppendUnit('[', &bytes);
+  AppendUnits(WithoutLeadingBlanks(app), &bytes);
+  AppendUnit(']', &bytes);
+  const size_t breakAt = bytes.size() / m_width;
   IniLine parse;
-  const bool plain = !HasLineBreak(units) && ParseLine(units, 0, breakAt, &parse) &&
+  const LineText text = TextOf(bytes);
+  const bool plain = !HasLineBreak(text, breakAt) && ParseLine(text, 0, breakAt, &parse) &&
                      parse.isHeader;
-  units += kCrLf;
-  m_units += units.size();
+  AppendUnit('\r', &bytes);
+  AppendUnit('\n', &bytes);
+  m_units += breakAt + 2;
   Line header;
   header.flags = kHeader;
-  Store(units, &header);
+  Store(bytes, &header);
   header.breakAt = static_cast<uint32_t>(breakAt);
   Section section;
   // A section made here is being filled by a run of writes: room for them saves regrowing.

@@ -96,14 +96,16 @@ class IndexedIni {
   enum class Outcome { kChanged, kUnchanged, kReindex };
 
   LineText TextOf(const Line& line) const;
+  LineText TextOf(std::string_view bytes) const;
   std::string_view BytesOf(const Line& line) const;
   // What the line says, as ranges of its units.
   IniLine ParseOf(const Line& line) const;
-  // A line's units as UTF-16, into `out`.
-  void UnitsOf(const Line& line, std::u16string* out) const;
-  // Adds `units` to the buffer of changed lines as the new text of `line` (breakAt set by the
-  // caller).
-  void Store(std::u16string_view units, Line* line);
+  // Adds `bytes` (units in the file's encoding) to the buffer of changed lines as the new text
+  // of `line`; the caller sets where its break starts.
+  void Store(std::string_view bytes, Line* line);
+  // The caller's ANSI text, or one unit, appended to `out` as units in the file's encoding.
+  void AppendUnits(std::string_view ansi, std::string* out) const;
+  void AppendUnit(char16_t unit, std::string* out) const;
 
   // The caller's name as units of this file, in a buffer reused by the next call.
   std::u16string_view NameUnits(std::string_view ansi) const;
@@ -122,9 +124,10 @@ class IndexedIni {
                         uint32_t size) const;
   void AppendAnsi(const Line& line, UnitRange range, std::string* out) const;
 
-  Outcome SetExisting(Line& line, const IniLine& parse, std::u16string_view value);
-  Outcome AddEntry(Section& section, std::string_view key, std::u16string_view value);
-  Outcome AddSection(std::string_view app, std::string_view key, std::u16string_view value);
+  // The value is in the file's encoding.
+  Outcome SetExisting(Line& line, const IniLine& parse, std::string_view value);
+  Outcome AddEntry(Section& section, std::string_view key, std::string_view value);
+  Outcome AddSection(std::string_view app, std::string_view key, std::string_view value);
   // Gives `line` a line break of its own at its end when its last unit is none.
   void EndWithBreak(Line& line);
   bool RemoveKey(const char* app, const char* key);
@@ -152,12 +155,14 @@ class IndexedIni {
   NameIndex m_firstSection;  // name -> its first section
   size_t m_units = 0;        // in the prefix and all lines
   // Buffers reused from call to call, so that reads and writes need not allocate: the name
-  // looked up, a value read, the value being written and a line being changed.
+  // looked up, a value read, text on its way between ANSI and UTF-16, and the value being
+  // written and the line being changed in the file's encoding.
   mutable std::array<char16_t, 128> m_shortName;  // names of ANSI files that fit
   mutable std::u16string m_nameUnits;
   mutable std::string m_valueText;
-  mutable std::u16string m_lineUnits;
-  std::u16string m_newValue;
+  mutable std::u16string m_wideUnits;
+  std::string m_newValue;
+  std::string m_lineBytes;
   // The last two sections found by FindTrimmedSection, the latest first: calls alternate
   // between a few sections in long runs. Sections are only ever added at the end, so a section
   // once found stays the first of its name.

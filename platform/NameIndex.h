@@ -35,13 +35,13 @@ class NameIndex {
   // alike (and a few other pairs, such as '@' and '`', which SameName tells apart).
   template <typename Text>
   static uint32_t Hash(const Text& units, UnitRange name) {
-    constexpr uint64_t kMultiplier = 0x9E3779B97F4A7C15u;
-    uint64_t hash = name.size() * kMultiplier;
+    uint32_t hash = 2166136261u ^ static_cast<uint32_t>(name.size());
     for (size_t i = name.begin; i < name.end; ++i)
-      hash = (hash ^ static_cast<uint16_t>(units[i] | 0x20u)) * kMultiplier;
-    hash ^= hash >> 29;
-    hash *= kMultiplier;
-    return static_cast<uint32_t>(hash >> 32);
+      hash = (hash ^ static_cast<uint16_t>(units[i] | 0x20u)) * 16777619u;
+    // The low bits choose the slot: every unit must reach them.
+    hash ^= hash >> 16;
+    hash *= 0x85EBCA6Bu;
+    return hash ^ (hash >> 13);
   }
   static uint32_t Hash(std::u16string_view name) { return Hash(name, {0, name.size()}); }
 
