@@ -34,9 +34,6 @@ IndexedIni::IndexedIni(std::string&& bytes) : m_file(std::move(bytes)) {
   m_mark = m_file.substr(0, markBytes);
   m_units = (m_file.size() - markBytes) / m_width;
   m_tail = m_file.substr(markBytes + m_units * m_width);
-  const LineText units{reinterpret_cast<const unsigned char*>(m_file.data()) + markBytes,
-                       m_units, m_width == 2, m_encoding == FileEncoding::kUtf16Le};
-
   // A line with content is kept once the next one is found, so that it can take the blank
   // lines between them.
   Line pending;
@@ -58,6 +55,7 @@ IndexedIni::IndexedIni(std::string&& bytes) : m_file(std::move(bytes)) {
     }
     m_sections.back().lines.push_back(pending);
   };
+  OnText(std::string_view(m_file).substr(markBytes, m_units * m_width), [&](const auto& units) {
   for (size_t begin = 0; begin < m_units;) {
     const size_t breakAt = LineBreakAt(units, begin);
     const size_t end = LineEndAfter(units, breakAt);
@@ -77,6 +75,8 @@ IndexedIni::IndexedIni(std::string&& bytes) : m_file(std::move(bytes)) {
     }
     begin = end;
   }
+  return 0;
+  });
   if (anyLine) {
     keep(m_units);
     m_sections.back().lines.shrink_to_fit();
@@ -102,8 +102,20 @@ std::string_view IndexedIni::BytesOf(const Line& line) const {
 
 IniLine IndexedIni::ParseOf(const Line& line) const {
   IniLine parse;
-  ParseLine(TextOf(line), 0, line.breakAt, &parse);
+  OnText(BytesOf(line), [&](const auto& units) { return ParseLine(units, 0, line.breakAt, &parse); });
   return parse;
+}
+
+bool IndexedIni::ParsePlain(std::string_view bytes, size_t breakAt, IniLine* parse) const {
+  return OnText(bytes, [&](const auto& units) {
+    return !HasLineBreak(units, breakAt) && ParseLine(units, 0, breakAt, parse);
+  });
+}
+
+bool IndexedIni::NameIs(const Line& line, UnitRange range, std::u16string_view name) const {
+  return OnText(BytesOf(line), [&](const auto& units) {
+    return NameIndex::SameName(units, range, name, Whole(name));
+  });
 }
 
 void IndexedIni::Store(std::string_view bytes, Line* line) {
@@ -152,19 +164,25 @@ void IndexedIni::IndexHeader(uint32_t index) {
     return;
   }
   const IniLine parse = ParseOf(first);
-  const LineText text = TextOf(first);
-  m_firstSection.Insert(NameIndex::Hash(text, parse.name), index, [&](uint32_t other) {
+  const std::string_view bytes = BytesOf(first);
+  const uint32_t hash = OnText(bytes, [&](const auto& units) {
+    return NameIndex::Hash(units, parse.name);
+  });
+  m_firstSection.Insert(hash, index, [&](uint32_t other) {
     const Line& line = m_sections[other].lines.front();
     if (!(line.flags & kHeader)) return parse.name.empty();
-    return NameIndex::SameName(TextOf(line), ParseOf(line).name, text, parse.name);
+    return NameIndex::SameName(TextOf(line), ParseOf(line).name, TextOf(bytes), parse.name);
   });
 }
 
 void IndexedIni::IndexEntry(Section& section, uint32_t index, const IniLine& parse) {
-  const LineText text = TextOf(section.lines[index]);
-  section.entries.Insert(NameIndex::Hash(text, parse.name), index, [&](uint32_t other) {
+  const std::string_view bytes = BytesOf(section.lines[index]);
+  const uint32_t hash = OnText(bytes, [&](const auto& units) {
+    return NameIndex::Hash(units, parse.name);
+  });
+  section.entries.Insert(hash, index, [&](uint32_t other) {
     const Line& line = section.lines[other];
-    return NameIndex::SameName(TextOf(line), ParseOf(line).name, text, parse.name);
+    return NameIndex::SameName(TextOf(line), ParseOf(line).name, TextOf(bytes), parse.name);
   });
 }
 
@@ -183,7 +201,7 @@ std::u16string_view IndexedIni::NameUnits(std::string_view ansi) const {
 bool IndexedIni::IsCalled(const Section& section, std::u16string_view name) const {
   const Line& first = section.lines.front();
   if (!(first.flags & kHeader)) return name.empty();
-  return NameIndex::SameName(TextOf(first), ParseOf(first).name, name, Whole(name));
+  return NameIs(first, ParseOf(first).name, name);
 }
 
 int IndexedIni::FindSection(std::u16string_view name) const {
@@ -209,7 +227,7 @@ int64_t IndexedIni::FindEntry(const Section& section, std::u16string_view name,
   return section.entries.Find(NameIndex::Hash(name), [&](uint32_t index) {
     const Line& line = section.lines[index];
     *parse = ParseOf(line);
-    return NameIndex::SameName(TextOf(line), parse->name, name, Whole(name));
+    return NameIs(line, parse->name, name);
   });
 }
 
@@ -473,10 +491,7 @@ IndexedIni::Outcome IndexedIni::SetExisting(Line& line, const IniLine& parse,
   // A line break in the value, or a value that turns an entry such as "[x" into a header,
   // changes the structure.
   IniLine now;
-  const LineText text = TextOf(bytes);
-  if (HasLineBreak(TextOf(value), value.size() / width) || !ParseLine(text, 0, breakAt, &now) ||
-      now.isHeader)
-    return Outcome::kReindex;
+  if (!ParsePlain(bytes, breakAt, &now) || now.isHeader) return Outcome::kReindex;
   line.flags |= kHasValue;
   return Outcome::kChanged;
 }
@@ -506,9 +521,7 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
   // A line break in the name or value, or a line that reads as a header, changes the
   // structure: the line is added as text all the same.
   IniLine parse;
-  const LineText text = TextOf(bytes);
-  const bool plain = !HasLineBreak(text, breakAt) && ParseLine(text, 0, breakAt, &parse) &&
-                     !parse.isHeader;
+  const bool plain = ParsePlain(bytes, breakAt, &parse) && !parse.isHeader;
 
   // After the section's last line with text, before the blank lines that follow it.
   Line& last = section.lines.back();
@@ -549,9 +562,7 @@ IndexedIni::Outcome IndexedIni::AddSection(std::string_view app, std::string_vie
   AppendUnit(']', &bytes);
   const size_t breakAt = bytes.size() / m_width;
   IniLine parse;
-  const LineText text = TextOf(bytes);
-  const bool plain = !HasLineBreak(text, breakAt) && ParseLine(text, 0, breakAt, &parse) &&
-                     parse.isHeader;
+  const bool plain = ParsePlain(bytes, breakAt, &parse) && parse.isHeader;
   AppendUnit('\r', &bytes);
   AppendUnit('\n', &bytes);
   m_units += breakAt + 2;

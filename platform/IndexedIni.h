@@ -93,6 +93,27 @@ class IndexedIni {
       return static_cast<char16_t>(little ? first | (second << 8) : (first << 8) | second);
     }
   };
+  // The same for hot paths, with the width fixed: OnText hands `read` the units of `bytes` as
+  // Units<false> for one-byte encodings, Units<true> for UTF-16.
+  template <bool kWide>
+  struct Units {
+    const unsigned char* bytes;
+    size_t count;
+    bool little;
+    size_t size() const { return count; }
+    char16_t operator[](size_t i) const {
+      if (!kWide) return bytes[i];
+      const unsigned first = bytes[2 * i], second = bytes[2 * i + 1];
+      return static_cast<char16_t>(little ? first | (second << 8) : (first << 8) | second);
+    }
+  };
+  template <typename Read>
+  auto OnText(std::string_view bytes, const Read& read) const {
+    const auto* data = reinterpret_cast<const unsigned char*>(bytes.data());
+    const bool little = m_encoding == FileEncoding::kUtf16Le;
+    if (m_width == 1) return read(Units<false>{data, bytes.size(), little});
+    return read(Units<true>{data, bytes.size() / 2, little});
+  }
   enum class Outcome { kChanged, kUnchanged, kReindex };
 
   LineText TextOf(const Line& line) const;
@@ -100,6 +121,11 @@ class IndexedIni {
   std::string_view BytesOf(const Line& line) const;
   // What the line says, as ranges of its units.
   IniLine ParseOf(const Line& line) const;
+  // Parses the line of `bytes` (units in the file's encoding) whose break starts at unit
+  // `breakAt`: true when it has content and no line break before `breakAt`.
+  bool ParsePlain(std::string_view bytes, size_t breakAt, IniLine* parse) const;
+  // Whether the name of `line` at `range` is the same as `name` (units of its text).
+  bool NameIs(const Line& line, UnitRange range, std::u16string_view name) const;
   // Adds `bytes` (units in the file's encoding) to the buffer of changed lines as the new text
   // of `line`; the caller sets where its break starts.
   void Store(std::string_view bytes, Line* line);
