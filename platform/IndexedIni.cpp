@@ -25,6 +25,19 @@ std::string_view WithoutLeadingBlanks(std::string_view text) {
 
 UnitRange Whole(std::u16string_view units) { return {0, units.size()}; }
 
+// For the common new entry of an ANSI file, a key and a value that the reading rules take as
+// they are: the length of the key's name (trailing blanks dropped), else 0. Such a key starts
+// with no blank and no '[', and holds no '=', NUL or line break; the value holds no line break.
+size_t PlainAnsiKey(std::string_view key, std::string_view value) {
+  key = WithoutLeadingBlanks(key);
+  if (key.empty() || key.front() == '[') return 0;
+  for (char byte : key)
+    if (byte == '=' || byte == '\0' || byte == '\r' || byte == '\n') return 0;
+  for (char byte : value)
+    if (byte == '\r' || byte == '\n') return 0;
+  return TrimBlanks(key).size();
+}
+
 }  // namespace
 
 IndexedIni::IndexedIni(std::string&& bytes) : m_file(std::move(bytes)) {
@@ -521,7 +534,14 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
   // A line break in the name or value, or a line that reads as a header, changes the
   // structure: the line is added as text all the same.
   IniLine parse;
-  const bool plain = ParsePlain(bytes, breakAt, &parse) && !parse.isHeader;
+  bool plain;
+  if (const size_t nameEnd = m_encoding == FileEncoding::kAnsi ? PlainAnsiKey(key, value) : 0) {
+    // What the line says, known without reading it again.
+    parse.hasValue = plain = true;
+    parse.name = {0, nameEnd};
+  } else {
+    plain = ParsePlain(bytes, breakAt, &parse) && !parse.isHeader;
+  }
 
   // After the section's last line with text, before the blank lines that follow it.
   Line& last = section.lines.back();
