@@ -23,8 +23,6 @@ std::string_view WithoutLeadingBlanks(std::string_view text) {
   return text;
 }
 
-UnitRange Whole(std::u16string_view units) { return {0, units.size()}; }
-
 // For the common new entry of an ANSI file, a key and a value that the reading rules take as
 // they are: the length of the key's name (trailing blanks dropped), else 0. Such a key starts
 // with no blank and no '[', and holds no '=', NUL or line break; the value holds no line break.
@@ -125,9 +123,10 @@ bool IndexedIni::ParsePlain(std::string_view bytes, size_t breakAt, IniLine* par
   });
 }
 
-bool IndexedIni::NameIs(const Line& line, UnitRange range, std::u16string_view name) const {
+template <typename Name>
+bool IndexedIni::NameIs(const Line& line, UnitRange range, const Name& name) const {
   return OnText(BytesOf(line), [&](const auto& units) {
-    return NameIndex::SameName(units, range, name, Whole(name));
+    return NameIndex::SameName(units, range, name, UnitRange{0, name.size()});
   });
 }
 
@@ -164,7 +163,7 @@ void IndexedIni::IndexSection(uint32_t index) {
   Section& section = m_sections[index];
   for (uint32_t i = 0; i < section.lines.size(); ++i) {
     const Line& line = section.lines[i];
-    if (!(line.flags & (kHeader | kDropped))) IndexEntry(section, i, ParseOf(line));
+    if (!(line.flags & (kHeader | kDropped))) IndexEntry(section, i, ParseOf(line), nullptr);
   }
 }
 
@@ -188,9 +187,10 @@ void IndexedIni::IndexHeader(uint32_t index) {
   });
 }
 
-void IndexedIni::IndexEntry(Section& section, uint32_t index, const IniLine& parse) {
+void IndexedIni::IndexEntry(Section& section, uint32_t index, const IniLine& parse,
+                            const uint32_t* knownHash) {
   const std::string_view bytes = BytesOf(section.lines[index]);
-  const uint32_t hash = OnText(bytes, [&](const auto& units) {
+  const uint32_t hash = knownHash ? *knownHash : OnText(bytes, [&](const auto& units) {
     return NameIndex::Hash(units, parse.name);
   });
   section.entries.Insert(hash, index, [&](uint32_t other) {
@@ -235,9 +235,19 @@ int IndexedIni::FindTrimmedSection(const char* app) const {
   return found;
 }
 
-int64_t IndexedIni::FindEntry(const Section& section, std::u16string_view name,
-                              IniLine* parse) const {
-  return section.entries.Find(NameIndex::Hash(name), [&](uint32_t index) {
+int64_t IndexedIni::FindKey(const Section& section, std::string_view key, IniLine* parse,
+                            uint32_t* hash) const {
+  if (m_encoding != FileEncoding::kAnsi) return FindEntry(section, NameUnits(key), parse, hash);
+  // The units of an ANSI file are the caller's bytes: looked up where they lie.
+  const Units<false> name{reinterpret_cast<const unsigned char*>(key.data()), key.size(), false};
+  return FindEntry(section, name, parse, hash);
+}
+
+template <typename Name>
+int64_t IndexedIni::FindEntry(const Section& section, const Name& name, IniLine* parse,
+                              uint32_t* hash) const {
+  *hash = NameIndex::Hash(name, UnitRange{0, name.size()});
+  return section.entries.Find(*hash, [&](uint32_t index) {
     const Line& line = section.lines[index];
     *parse = ParseOf(line);
     return NameIs(line, parse->name, name);
@@ -345,7 +355,8 @@ uint32_t IndexedIni::ReadValue(const char* app, const char* key, const char* def
   if (found >= 0) {
     const Section& section = m_sections[found];
     IniLine parse;
-    const int64_t entry = FindEntry(section, NameUnits(TrimBlanks(key)), &parse);
+    uint32_t hash;
+    const int64_t entry = FindKey(section, TrimBlanks(key), &parse, &hash);
     if (entry >= 0 && parse.hasValue) {
       const Line& line = section.lines[entry];
       if (m_encoding == FileEncoding::kAnsi)
@@ -409,8 +420,9 @@ bool IndexedIni::Write(const char* app, const char* key, const char* value) {
   } else {
     Section& section = m_sections[found];
     IniLine parse;
-    const int64_t entry = FindEntry(section, NameUnits(TrimBlanks(key)), &parse);
-    outcome = entry < 0 ? AddEntry(section, key, newValue)
+    uint32_t hash;
+    const int64_t entry = FindKey(section, TrimBlanks(key), &parse, &hash);
+    outcome = entry < 0 ? AddEntry(section, key, newValue, &hash)
                         : SetExisting(section.lines[entry], parse, newValue);
   }
   if (outcome == Outcome::kReindex) {
@@ -428,7 +440,8 @@ bool IndexedIni::RemoveKey(const char* app, const char* key) {
   for (Section& section : m_sections) {
     if (!IsCalled(section, appUnits)) continue;
     IniLine parse;
-    const int64_t entry = FindEntry(section, keyUnits, &parse);
+    uint32_t hash;
+    const int64_t entry = FindEntry(section, std::u16string_view(keyUnits), &parse, &hash);
     if (entry < 0) continue;
     // The line goes with its own break; the blank lines after it stay.
     Line& line = section.lines[entry];
@@ -521,7 +534,7 @@ void IndexedIni::EndWithBreak(Line& line) {
 }
 
 IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
-                                         std::string_view value) {
+                                         std::string_view value, const uint32_t* keyHash) {
   std::string& bytes = m_lineBytes;
   bytes.clear();
   AppendUnits(WithoutLeadingBlanks(key), &bytes);
@@ -534,10 +547,10 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
   // A line break in the name or value, or a line that reads as a header, changes the
   // structure: the line is added as text all the same.
   IniLine parse;
-  bool plain;
+  bool plain, keyIsName = false;
   if (const size_t nameEnd = m_encoding == FileEncoding::kAnsi ? PlainAnsiKey(key, value) : 0) {
     // What the line says, known without reading it again.
-    parse.hasValue = plain = true;
+    parse.hasValue = plain = keyIsName = true;
     parse.name = {0, nameEnd};
   } else {
     plain = ParsePlain(bytes, breakAt, &parse) && !parse.isHeader;
@@ -569,7 +582,8 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
   const uint32_t index = static_cast<uint32_t>(section.lines.size());
   section.lines.push_back(line);
   if (!plain) return Outcome::kReindex;
-  if (!(line.flags & kDropped)) IndexEntry(section, index, parse);
+  if (!(line.flags & kDropped))
+    IndexEntry(section, index, parse, keyIsName && keyHash ? keyHash : nullptr);
   return Outcome::kChanged;
 }
 
@@ -595,7 +609,7 @@ IndexedIni::Outcome IndexedIni::AddSection(std::string_view app, std::string_vie
   section.lines.reserve(32);
   section.lines.push_back(header);
   // AddEntry makes the entry line; the header has no blank lines after it to hand on.
-  const Outcome entry = AddEntry(section, key, value);
+  const Outcome entry = AddEntry(section, key, value, nullptr);
 
   // A file whose last line has no break gets one first, so the header starts a line.
   EndWithBreak(m_sections.empty() ? m_prefix : m_sections.back().lines.back());

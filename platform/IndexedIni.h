@@ -125,7 +125,8 @@ class IndexedIni {
   // `breakAt`: true when it has content and no line break before `breakAt`.
   bool ParsePlain(std::string_view bytes, size_t breakAt, IniLine* parse) const;
   // Whether the name of `line` at `range` is the same as `name` (units of its text).
-  bool NameIs(const Line& line, UnitRange range, std::u16string_view name) const;
+  template <typename Name>
+  bool NameIs(const Line& line, UnitRange range, const Name& name) const;
   // Adds `bytes` (units in the file's encoding) to the buffer of changed lines as the new text
   // of `line`; the caller sets where its break starts.
   void Store(std::string_view bytes, Line* line);
@@ -138,8 +139,13 @@ class IndexedIni {
   int FindSection(std::u16string_view name) const;
   // The first section called `app` trimmed of blanks (as reads and writes look it up), or -1.
   int FindTrimmedSection(const char* app) const;
-  // The first visible entry called `name` in `section`, or -1; `parse` gets what it says.
-  int64_t FindEntry(const Section& section, std::u16string_view name, IniLine* parse) const;
+  // The first visible entry called `name` (a text of units) in `section`, or -1; `parse` gets
+  // what it says and `hash` the hash of the name. FindKey takes the caller's ANSI name.
+  template <typename Name>
+  int64_t FindEntry(const Section& section, const Name& name, IniLine* parse,
+                    uint32_t* hash) const;
+  int64_t FindKey(const Section& section, std::string_view key, IniLine* parse,
+                  uint32_t* hash) const;
   // Whether `section` is called `name`.
   bool IsCalled(const Section& section, std::u16string_view name) const;
 
@@ -152,7 +158,9 @@ class IndexedIni {
 
   // The value is in the file's encoding.
   Outcome SetExisting(Line& line, const IniLine& parse, std::string_view value);
-  Outcome AddEntry(Section& section, std::string_view key, std::string_view value);
+  // `keyHash`, when known, is the hash of the key as the caller gave it.
+  Outcome AddEntry(Section& section, std::string_view key, std::string_view value,
+                   const uint32_t* keyHash);
   Outcome AddSection(std::string_view app, std::string_view key, std::string_view value);
   // Gives `line` a line break of its own at its end when its last unit is none.
   void EndWithBreak(Line& line);
@@ -160,7 +168,8 @@ class IndexedIni {
   bool RemoveSection(const char* app);
   void IndexSection(uint32_t index);
   void IndexHeader(uint32_t index);
-  void IndexEntry(Section& section, uint32_t index, const IniLine& parse);
+  void IndexEntry(Section& section, uint32_t index, const IniLine& parse,
+                  const uint32_t* knownHash);
   // Reads the form again from its own bytes, after a change of its structure.
   void Reindex();
   // Moves every line into one new file buffer once the units no line uses any more (lines
