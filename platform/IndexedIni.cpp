@@ -67,26 +67,26 @@ IndexedIni::IndexedIni(std::string&& bytes) : m_file(std::move(bytes)) {
     m_sections.back().lines.push_back(pending);
   };
   OnText(std::string_view(m_file).substr(markBytes, m_units * m_width), [&](const auto& units) {
-  for (size_t begin = 0; begin < m_units;) {
-    const size_t breakAt = LineBreakAt(units, begin);
-    const size_t end = LineEndAfter(units, breakAt);
-    IniLine parse;
-    if (ParseLine(units, begin, breakAt, &parse)) {
-      if (anyLine) {
-        keep(begin);
-      } else {
-        m_prefix.size = static_cast<uint32_t>(begin);
+    for (size_t begin = 0; begin < m_units;) {
+      const size_t breakAt = LineBreakAt(units, begin);
+      const size_t end = LineEndAfter(units, breakAt);
+      IniLine parse;
+      if (ParseLine(units, begin, breakAt, &parse)) {
+        if (anyLine) {
+          keep(begin);
+        } else {
+          m_prefix.size = static_cast<uint32_t>(begin);
+        }
+        anyLine = true;
+        pending.at = static_cast<uint32_t>(begin);
+        pending.breakAt = static_cast<uint32_t>(breakAt - begin);
+        pending.flags = static_cast<uint8_t>(
+            (parse.isHeader ? kHeader : 0) | (parse.hasValue ? kHasValue : 0) |
+            (!parse.isHeader && parse.name.empty() ? kNameEmpty : 0));
       }
-      anyLine = true;
-      pending.at = static_cast<uint32_t>(begin);
-      pending.breakAt = static_cast<uint32_t>(breakAt - begin);
-      pending.flags = static_cast<uint8_t>(
-          (parse.isHeader ? kHeader : 0) | (parse.hasValue ? kHasValue : 0) |
-          (!parse.isHeader && parse.name.empty() ? kNameEmpty : 0));
+      begin = end;
     }
-    begin = end;
-  }
-  return 0;
+    return 0;
   });
   if (anyLine) {
     keep(m_units);
@@ -113,7 +113,8 @@ std::string_view IndexedIni::BytesOf(const Line& line) const {
 
 IniLine IndexedIni::ParseOf(const Line& line) const {
   IniLine parse;
-  OnText(BytesOf(line), [&](const auto& units) { return ParseLine(units, 0, line.breakAt, &parse); });
+  OnText(BytesOf(line),
+         [&](const auto& units) { return ParseLine(units, 0, line.breakAt, &parse); });
   return parse;
 }
 

@@ -22,7 +22,8 @@ std::shared_ptr<const IndexedIni> ParsedFile(const std::string& path, Status* st
 
 // For a writer that holds the folder lock of `path`: the form of the file as it is now, which
 // the writer may change in place. After a change the writer reports FileWritten with the form
-// it wrote (this one, or a new one for a file it made), else ForgetFile. On failure the Status says why and the result is null.
+// it wrote (this one, or a new one for a file it made), else ForgetFile. On failure the Status
+// says why and the result is null.
 std::shared_ptr<IndexedIni> FileToChange(const std::string& path, Status* status);
 void FileWritten(const std::string& path, std::shared_ptr<IndexedIni> form);
 void ForgetFile(const std::string& path);
