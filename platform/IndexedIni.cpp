@@ -39,6 +39,7 @@ size_t PlainAnsiKey(std::string_view key, std::string_view value) {
 }  // namespace
 
 IndexedIni::IndexedIni(std::string&& bytes) : m_file(std::move(bytes)) {
+  static_assert(sizeof(Line) == 16, "a line is four words");
   size_t markBytes = 0;
   m_encoding = EncodingOf(m_file, &markBytes);
   m_width = m_encoding == FileEncoding::kUtf16Le || m_encoding == FileEncoding::kUtf16Be ? 2 : 1;
