@@ -32,10 +32,14 @@ void MakePageAndVideo(const TempDir& dir, double seconds = 0.3) {
             0);
 }
 
+// Whatever goes wrong, a run is ended after this many seconds, so that a test fails instead of
+// hanging.
+constexpr unsigned kTimeLimit = 120;
+
 ToolResult Author(const TempDir& dir, std::vector<std::string> more) {
   std::vector<std::string> args = {"author", "page.ini", "--video", "v.mp4"};
   args.insert(args.end(), more.begin(), more.end());
-  return RunTool(args, dir.path());
+  return RunTool(args, dir.path(), 0, kTimeLimit);
 }
 
 // Every file under `folder` with its bytes, to compare before and after.
@@ -176,7 +180,8 @@ TEST(AuthorSafety, RefusesFifosAndDevicesBeforeAnyProgramOpensThem) {
   ASSERT_EQ(mkfifo(dir.File("fifo.mp4").c_str(), 0644), 0);
   for (const std::string video : {"fifo.mp4", "/dev/zero"}) {
     const ToolResult result =
-        RunTool({"author", "page.ini", "--video", video, "--out", "disc"}, dir.path());
+        RunTool({"author", "page.ini", "--video", video, "--out", "disc"}, dir.path(), 0,
+                kTimeLimit);
     EXPECT_EQ(result.status, 2);
     EXPECT_NE(result.err.find(video + ": is not a plain file"), std::string::npos) << result.err;
   }
