@@ -99,6 +99,7 @@ TEST_F(PropertyCommand, BadInputIsOneLineNamingTheFileAndChangesNothing) {
        "--button 5 is out of range: the layout in use has buttons 1..4"},
       {{"set", "title", "Holidays\r\nAddPrevButton=FALSE"}, "line break (CR or LF) or NUL"},
       {{"set", "button.title", "a\nb", "--button", "1"}, "line break"},
+      {{"set", "music", "a\rb"}, "line break"},  // a lone CR starts a line in the file too
       {{"set", "title", "x", "--rescale"}, "--rescale goes only with mode"},
   };
   const std::string before = ReadFile(file);
