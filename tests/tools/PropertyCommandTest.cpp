@@ -230,26 +230,3 @@ TEST(PropertyCommandFiles, AWriteThatFailsHalfWayLeavesTheFileWhole) {
 
 }  // namespace
 }  // namespace tolvex::test
-
-namespace tolvex::test {
-namespace {
-
-TEST(Help, EachCommandShowsItsOwnOptionsAndOnlyGetSetShowListTheProperties) {
-  const std::pair<const char*, const char*> commands[] = {
-      {"new", "--nav"},     {"get", "--button"},  {"set", "--rescale"}, {"show", "--json"},
-      {"check", "FILE"},    {"render", "--force"}, {"resize", "WIDTH"}};
-  for (const auto& [command, option] : commands) {
-    SCOPED_TRACE(command);
-    const ToolResult help = RunTool({command, "--help"});
-    EXPECT_EQ(help.status, 0);
-    EXPECT_NE(help.out.find(option), std::string::npos) << help.out;
-    const bool lists = std::string("get set show").find(command) != std::string::npos;
-    EXPECT_EQ(help.out.find("button.title.font.rgb") != std::string::npos, lists) << help.out;
-    EXPECT_EQ(help.out.find("Button I is kept\nunder the library's index I+1") != std::string::npos,
-              lists);
-  }
-  EXPECT_EQ(RunTool({"--help"}).out.find("button.title.font.rgb"), std::string::npos);
-}
-
-}  // namespace
-}  // namespace tolvex::test
