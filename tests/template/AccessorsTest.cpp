@@ -354,17 +354,6 @@ TEST_F(Accessors, StoredTextsDecodeAsAtoiAndTheFlagRule) {
   }
 }
 
-TEST_F(Accessors, FailedWritesOfAMissingFolderCreateNothing) {
-  CMenuTemplate nowhere(dir.File("missing/menu.ini").c_str());
-  EXPECT_EQ(0, nowhere.SetAddNextButton(1));
-  EXPECT_FALSE(FileExists(dir.File("missing")));
-  CMenuTemplate unbound;
-  EXPECT_EQ(0, unbound.SetMaxNumOfButtons(3));
-  int flag = 5;
-  EXPECT_EQ(0, tpl.GetAddNextButton(&flag));
-  EXPECT_EQ(5, flag);
-}
-
 // SetBtnNavInfo sends the indexes 0 and 1 beside the previous and next buttons, where
 // GetBtnNavInfo, which always reads the layout, does not look.
 TEST_F(Accessors, NavInfoOfButtonsZeroAndOneGoesToThePrevAndNextSections) {
