@@ -1,8 +1,10 @@
 // What a write keeps of the file it replaces (mode, owner, symbolic links), what it splits
-// (hard links), and that a writer killed at any moment leaves the old bytes or the new.
+// (hard links), and that a writer killed at any moment, alone or committing an edit, leaves
+// the old bytes or the new.
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <tolvex/Profile.h>
 #include <unistd.h>
 
@@ -76,26 +78,41 @@ TEST(AtomicReplace, HardLinkIsSplit) {
   EXPECT_EQ(ReadFile(dir.File("other.ini")), "[s]\r\nk=1\r\n");
 }
 
-// A writer killed just before its rename leaves its temporary file; the next write removes it.
-TEST(AtomicReplace, WriterKilledAtEachStepLeavesOldBytesAndNextWriteCleansUp) {
+// A writer killed at each step of its replace, writing one key or committing an edit of 100,
+// leaves the old bytes or, killed only after its rename, the whole change; the next write
+// removes the temporary file it left.
+TEST(AtomicReplace, WriterKilledAtEachStepLeavesOldOrWholeBytesAndNextWriteCleansUp) {
   using platform::Primitive;
   const std::string old = "[s]\r\nk=old\r\n";
   const struct {
+    const char* role;
     Primitive primitive;
     int nth;
-  } steps[] = {{Primitive::Lock, 1}, {Primitive::Open, 2}, {Primitive::Write, 1},
-               {Primitive::Sync, 1}, {Primitive::Rename, 1}};
+    bool renamed;
+  } steps[] = {{"dies-at", Primitive::Lock, 1, false},       {"dies-at", Primitive::Open, 2, false},
+               {"dies-at", Primitive::Write, 1, false},      {"dies-at", Primitive::Sync, 1, false},
+               {"dies-at", Primitive::Rename, 1, false},     {"edit-dies-at", Primitive::Open, 1, false},
+               {"edit-dies-at", Primitive::Write, 1, false}, {"edit-dies-at", Primitive::Sync, 1, false},
+               {"edit-dies-at", Primitive::Rename, 1, false}, {"edit-dies-at", Primitive::Sync, 2, true}};
   for (const auto& step : steps) {
-    SCOPED_TRACE(static_cast<int>(step.primitive));
+    SCOPED_TRACE(std::string(step.role) + " before call " + std::to_string(step.nth) +
+                 " of primitive " + std::to_string(static_cast<int>(step.primitive)));
     TempDir dir;
-    WriteFile(dir.File("t.ini"), old);
-    pid_t child = SpawnChild("dies-at", {dir.File("t.ini"),
-                                         std::to_string(static_cast<int>(step.primitive)),
-                                         std::to_string(step.nth)});
-    int status = WaitChild(child);
-    ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << "status " << status;
-    EXPECT_EQ(ReadFile(dir.File("t.ini")), old);
-    EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "next", dir.File("t.ini").c_str()));
+    const std::string path = dir.File("t.ini");
+    WriteFile(path, old);
+    const int status = WaitChild(SpawnChild(
+        step.role, {path, std::to_string(static_cast<int>(step.primitive)), std::to_string(step.nth)}));
+    if (step.renamed) {
+      EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "status " << status;
+      char k0[8], k99[8];
+      GetPrivateProfileStringA("s", "k0", "", k0, sizeof k0, path.c_str());
+      GetPrivateProfileStringA("s", "k99", "", k99, sizeof k99, path.c_str());
+      EXPECT_EQ(std::string(k0) + " " + k99, "new new");
+    } else {
+      ASSERT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << "status " << status;
+      EXPECT_EQ(ReadFile(path), old);
+    }
+    EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "next", path.c_str()));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()),
                             std::filesystem::directory_iterator()),
               1);

@@ -8,12 +8,16 @@
 #include <tolvex/Profile.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <thread>
 
 #include "platform/ChildProcess.h"
+#include "platform/FaultInjection.h"
 #include "support/TempDir.h"
 
 namespace tolvex::test {
@@ -59,6 +63,25 @@ TEST_F(ProfileCache, InPlaceRewriteAtTheSameSizeWithTheOldTimeIsSeen) {
   EXPECT_EQ(ReadK(), "bbbb");
   Poke("cccc", "-");
   EXPECT_EQ(ReadK(), "cccc");
+}
+
+// A change within one tick of the coarse file clock leaves the same times, so a read taken
+// close to the last change proves nothing and the next read goes back to the file (which
+// here fails to open); a read taken well after it is trusted, and the next one only stats.
+TEST_F(ProfileCache, OnlyAReadWellAfterTheLastChangeIsTrusted) {
+  struct stat info;
+  ASSERT_EQ(stat(m_path.c_str(), &info), 0);
+  auto ns = [](const timespec& t) { return int64_t{t.tv_sec} * 1000000000 + t.tv_nsec; };
+  const int64_t changed = std::max(ns(info.st_mtim), ns(info.st_ctim));
+  const struct { int64_t after; const char* next; } cases[] = {
+      {5'000'000, "<none>"}, {1'000'000'000, "aaaa"}};
+  for (const auto& c : cases) {
+    platform::SetClockForTests(changed + c.after);
+    EXPECT_EQ(ReadK(), "aaaa");
+    platform::FailNthCall(platform::Primitive::Open, 1, EIO);
+    EXPECT_EQ(ReadK(), c.next) << "read " << c.after << " ns after the last change";
+    platform::ClearFaults();
+  }
 }
 
 TEST_F(ProfileCache, RewritesRightAfterEachOtherAreAllSeen) {

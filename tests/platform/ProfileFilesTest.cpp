@@ -52,10 +52,19 @@ TEST(ProfilePath, BareNameLivesInProfileFolderCreatedOnFirstWrite) {
     ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "xdg", "bare.ini"));
     EXPECT_EQ(Read("s", "k", dir.File("xdg/tolvex/bare.ini").c_str()), "xdg");
   }
-  ScopedEnv noXdg("XDG_CONFIG_HOME", nullptr);
+  // Without XDG_CONFIG_HOME, or with a relative one (which the base-directory rules ignore),
+  // the home folder's.
   ScopedEnv home("HOME", dir.File("home").c_str());
-  ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "home", "bare.ini"));
-  EXPECT_EQ(Read("s", "k", dir.File("home/.config/tolvex/bare.ini").c_str()), "home");
+  char* old = getcwd(nullptr, 0);
+  ASSERT_EQ(chdir(dir.path().c_str()), 0);  // where a relative folder would lead
+  for (const char* xdg : {static_cast<const char*>(nullptr), "relative"}) {
+    ScopedEnv ignored("XDG_CONFIG_HOME", xdg);
+    EXPECT_TRUE(WritePrivateProfileStringA("s", "k", xdg ? xdg : "unset", "bare.ini"));
+    EXPECT_EQ(Read("s", "k", dir.File("home/.config/tolvex/bare.ini").c_str()), xdg ? xdg : "unset");
+  }
+  EXPECT_FALSE(FileExists(dir.File("relative")));
+  EXPECT_EQ(chdir(old), 0);
+  std::free(old);
 }
 
 TEST(ProfilePath, RelativePathWithSeparatorIsFromCurrentFolder) {
