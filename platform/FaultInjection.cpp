@@ -17,6 +17,7 @@ struct PlannedFailure {
 };
 
 std::atomic<int> g_pending{0};
+std::atomic<int64_t> g_clock{0};
 
 std::mutex& PlanMutex() {
   static std::mutex mutex;
@@ -44,10 +45,14 @@ void RunBeforeNthCall(Primitive primitive, int nth, void (*action)()) {
   g_pending.store(static_cast<int>(Plans().size()), std::memory_order_release);
 }
 
+void SetClockForTests(int64_t nowNs) { g_clock.store(nowNs, std::memory_order_relaxed); }
+int64_t ClockForTests() { return g_clock.load(std::memory_order_relaxed); }
+
 void ClearFaults() {
   std::lock_guard<std::mutex> guard(PlanMutex());
   Plans().clear();
   g_pending.store(0, std::memory_order_release);
+  g_clock.store(0, std::memory_order_relaxed);
 }
 
 int TakePlannedFailure(Primitive primitive) {

@@ -1,5 +1,7 @@
 // The indexed form of a profile file: built in one pass over the file's units, reading each
-// line by the rules of IniLine.h, and changed one line at a time by the same rules.
+// line by the rules of IniLine.h, and changed one line at a time by the same rules. A changed
+// line is written anew at the end of the buffer of changed lines; the units it leaves behind
+// are reclaimed by compacting both buffers into one when they outweigh half the file.
 #include "platform/IndexedIni.h"
 
 #include <algorithm>
@@ -9,15 +11,10 @@
 namespace tolvex::platform {
 namespace {
 
-const std::u16string_view kCrLf = u"\r\n";
-
-std::u16string_view View(const std::u16string& units, UnitRange range) {
-  return std::u16string_view(units).substr(range.begin, range.size());
-}
-
-bool HasLineBreak(std::u16string_view units) {
-  for (char16_t unit : units)
-    if (unit == '\r' || unit == '\n') return true;
+template <typename Text>
+bool HasLineBreak(const Text& units, size_t end) {
+  for (size_t i = 0; i < end; ++i)
+    if (units[i] == '\r' || units[i] == '\n') return true;
   return false;
 }
 
@@ -26,94 +23,182 @@ std::string_view WithoutLeadingBlanks(std::string_view text) {
   return text;
 }
 
-UnitRange Shifted(UnitRange range, size_t by) { return {range.begin - by, range.end - by}; }
+// For the common new entry of an ANSI file, a key and a value that the reading rules take as
+// they are: the length of the key's name (trailing blanks dropped), else 0. Such a key starts
+// with no blank and no '[', and holds no '=', NUL or line break; the value holds no line break.
+size_t PlainAnsiKey(std::string_view key, std::string_view value) {
+  key = WithoutLeadingBlanks(key);
+  if (key.empty() || key.front() == '[') return 0;
+  for (char byte : key)
+    if (byte == '=' || byte == '\0' || byte == '\r' || byte == '\n') return 0;
+  for (char byte : value)
+    if (byte == '\r' || byte == '\n') return 0;
+  return TrimBlanks(key).size();
+}
 
 }  // namespace
 
-IndexedIni::IndexedIni(std::string_view bytes) {
-  const FileText text = DecodeFile(bytes);
-  const std::u16string& units = text.units;
-  m_encoding = text.encoding;
-  m_units = units.size();
-  m_mark = std::string(bytes.substr(0, text.markBytes));
-  m_tail = std::string(bytes.substr(std::min(bytes.size(), text.ByteOffset(units.size()))));
-
+IndexedIni::IndexedIni(std::string&& bytes) : m_file(std::move(bytes)) {
+  static_assert(sizeof(Line) == 16, "a line is four words");
+  size_t markBytes = 0;
+  m_encoding = EncodingOf(m_file, &markBytes);
+  m_width = m_encoding == FileEncoding::kUtf16Le || m_encoding == FileEncoding::kUtf16Be ? 2 : 1;
+  m_mark = m_file.substr(0, markBytes);
+  m_units = (m_file.size() - markBytes) / m_width;
+  m_tail = m_file.substr(markBytes + m_units * m_width);
   // A line with content is kept once the next one is found, so that it can take the blank
   // lines between them.
-  struct Pending {
-    size_t begin = 0, breakAt = 0;
-    IniLine parse;
-  };
-  Pending pending;
+  Line pending;
   bool anyLine = false, previousNameEmpty = false;
   auto keep = [&](size_t upTo) {
-    Line line;
-    line.units = units.substr(pending.begin, upTo - pending.begin);
-    line.breakAt = pending.breakAt;
-    line.parse = pending.parse;
-    if (line.parse.isHeader) {
+    pending.size = static_cast<uint32_t>(upTo - pending.at);
+    if (pending.flags & kHeader) {
+      if (!m_sections.empty()) m_sections.back().lines.shrink_to_fit();
       m_sections.emplace_back();
       previousNameEmpty = false;
     } else {
       if (m_sections.empty()) m_sections.emplace_back();  // the nameless section
-      const bool nameEmpty = line.parse.name.empty();
-      line.parse.dropped = nameEmpty && previousNameEmpty;
-      if (!line.parse.dropped) previousNameEmpty = nameEmpty;
-    }
-    m_memory += sizeof(Line) + line.units.capacity() * sizeof(char16_t);
-    m_sections.back().lines.push_back(std::move(line));
-  };
-  for (size_t begin = 0; begin < units.size();) {
-    const size_t breakAt = LineBreakAt(units, begin);
-    const size_t end = LineEndAfter(units, breakAt);
-    IniLine parse;
-    if (ParseLine(units, begin, breakAt, &parse)) {
-      if (anyLine) {
-        keep(begin);
+      const bool nameEmpty = pending.flags & kNameEmpty;
+      if (nameEmpty && previousNameEmpty) {
+        pending.flags |= kDropped;
       } else {
-        m_prefix = units.substr(0, begin);
+        previousNameEmpty = nameEmpty;
       }
-      anyLine = true;
-      parse.whole = {0, end - begin};
-      parse.hasBreak = end > breakAt;
-      parse.content = Shifted(parse.content, begin);
-      parse.name = Shifted(parse.name, begin);
-      if (parse.hasValue) {
-        parse.valueStart = Shifted(parse.valueStart, begin);
-        parse.value = Shifted(parse.value, begin);
-      }
-      pending = Pending{begin, breakAt - begin, parse};
     }
-    begin = end;
-  }
+    m_sections.back().lines.push_back(pending);
+  };
+  OnText(std::string_view(m_file).substr(markBytes, m_units * m_width), [&](const auto& units) {
+    for (size_t begin = 0; begin < m_units;) {
+      const size_t breakAt = LineBreakAt(units, begin);
+      const size_t end = LineEndAfter(units, breakAt);
+      IniLine parse;
+      if (ParseLine(units, begin, breakAt, &parse)) {
+        if (anyLine) {
+          keep(begin);
+        } else {
+          m_prefix.size = static_cast<uint32_t>(begin);
+        }
+        anyLine = true;
+        pending.at = static_cast<uint32_t>(begin);
+        pending.breakAt = static_cast<uint32_t>(breakAt - begin);
+        pending.flags = static_cast<uint8_t>(
+            (parse.isHeader ? kHeader : 0) | (parse.hasValue ? kHasValue : 0) |
+            (!parse.isHeader && parse.name.empty() ? kNameEmpty : 0));
+      }
+      begin = end;
+    }
+    return 0;
+  });
   if (anyLine) {
-    keep(units.size());
+    keep(m_units);
+    m_sections.back().lines.shrink_to_fit();
   } else {
-    m_prefix = units;
+    m_prefix.size = static_cast<uint32_t>(m_units);
   }
+  m_sections.shrink_to_fit();
   for (uint32_t i = 0; i < m_sections.size(); ++i) IndexSection(i);
-  m_memory += sizeof(*this) + m_prefix.size() * 2 + m_sections.capacity() * sizeof(Section) +
-              m_firstSection.MemoryUse();
 }
 
-std::u16string_view IndexedIni::EntryNames::operator()(uint32_t line) const {
-  const Line& entry = section->lines[line];
-  return View(entry.units, entry.parse.name);
+IndexedIni::LineText IndexedIni::TextOf(const Line& line) const { return TextOf(BytesOf(line)); }
+
+IndexedIni::LineText IndexedIni::TextOf(std::string_view bytes) const {
+  return LineText{reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size() / m_width,
+                  m_width == 2, m_encoding == FileEncoding::kUtf16Le};
 }
 
-std::u16string_view IndexedIni::SectionNames::operator()(uint32_t section) const {
-  return ini->NameOf(ini->m_sections[section]);
+std::string_view IndexedIni::BytesOf(const Line& line) const {
+  if (line.flags & kChanged)
+    return std::string_view(m_changedLines).substr(line.at * m_width, line.size * m_width);
+  return std::string_view(m_file).substr(m_mark.size() + line.at * m_width, line.size * m_width);
+}
+
+IniLine IndexedIni::ParseOf(const Line& line) const {
+  IniLine parse;
+  OnText(BytesOf(line),
+         [&](const auto& units) { return ParseLine(units, 0, line.breakAt, &parse); });
+  return parse;
+}
+
+bool IndexedIni::ParsePlain(std::string_view bytes, size_t breakAt, IniLine* parse) const {
+  return OnText(bytes, [&](const auto& units) {
+    return !HasLineBreak(units, breakAt) && ParseLine(units, 0, breakAt, parse);
+  });
+}
+
+template <typename Name>
+bool IndexedIni::NameIs(const Line& line, UnitRange range, const Name& name) const {
+  return OnText(BytesOf(line), [&](const auto& units) {
+    return NameIndex::SameName(units, range, name, UnitRange{0, name.size()});
+  });
+}
+
+void IndexedIni::Store(std::string_view bytes, Line* line) {
+  line->at = static_cast<uint32_t>(m_changedLines.size() / m_width);
+  line->size = static_cast<uint32_t>(bytes.size() / m_width);
+  line->flags |= kChanged;
+  m_changedLines += bytes;
+}
+
+void IndexedIni::AppendUnits(std::string_view ansi, std::string* out) const {
+  if (m_encoding == FileEncoding::kAnsi) {
+    *out += ansi;
+    return;
+  }
+  m_wideUnits.clear();
+  AppendUnitsFromAnsi(ansi, m_encoding, &m_wideUnits);
+  for (char16_t unit : m_wideUnits) AppendUnit(unit, out);
+}
+
+void IndexedIni::AppendUnit(char16_t unit, std::string* out) const {
+  if (m_width == 1) {
+    out->push_back(static_cast<char>(unit & 0xFF));
+    return;
+  }
+  const char low = static_cast<char>(unit & 0xFF), high = static_cast<char>(unit >> 8);
+  const bool little = m_encoding == FileEncoding::kUtf16Le;
+  out->push_back(little ? low : high);
+  out->push_back(little ? high : low);
 }
 
 void IndexedIni::IndexSection(uint32_t index) {
+  IndexHeader(index);
   Section& section = m_sections[index];
-  m_firstSection.Insert(NameOf(section), index, SectionNames{this});
   for (uint32_t i = 0; i < section.lines.size(); ++i) {
     const Line& line = section.lines[i];
-    if (line.parse.isHeader || line.parse.dropped) continue;
-    section.entries.Insert(View(line.units, line.parse.name), i, EntryNames{&section});
+    if (!(line.flags & (kHeader | kDropped))) IndexEntry(section, i, ParseOf(line), nullptr);
   }
-  m_memory += section.entries.MemoryUse();
+}
+
+void IndexedIni::IndexHeader(uint32_t index) {
+  const Line& first = m_sections[index].lines.front();
+  if (!(first.flags & kHeader)) {
+    // The nameless section comes first, so no section is indexed under "" before it.
+    m_firstSection.Insert(NameIndex::Hash(std::u16string_view()), index,
+                          [](uint32_t) { return false; });
+    return;
+  }
+  const IniLine parse = ParseOf(first);
+  const std::string_view bytes = BytesOf(first);
+  const uint32_t hash = OnText(bytes, [&](const auto& units) {
+    return NameIndex::Hash(units, parse.name);
+  });
+  m_firstSection.Insert(hash, index, [&](uint32_t other) {
+    const Line& line = m_sections[other].lines.front();
+    if (!(line.flags & kHeader)) return parse.name.empty();
+    return NameIndex::SameName(TextOf(line), ParseOf(line).name, TextOf(bytes), parse.name);
+  });
+}
+
+void IndexedIni::IndexEntry(Section& section, uint32_t index, const IniLine& parse,
+                            const uint32_t* knownHash) {
+  const std::string_view bytes = BytesOf(section.lines[index]);
+  const uint32_t hash = knownHash ? *knownHash : OnText(bytes, [&](const auto& units) {
+    return NameIndex::Hash(units, parse.name);
+  });
+  section.entries.Insert(hash, index, [&](uint32_t other) {
+    const Line& line = section.lines[other];
+    return NameIndex::SameName(TextOf(line), ParseOf(line).name, TextOf(bytes), parse.name);
+  });
 }
 
 std::u16string_view IndexedIni::NameUnits(std::string_view ansi) const {
@@ -128,13 +213,15 @@ std::u16string_view IndexedIni::NameUnits(std::string_view ansi) const {
   return m_nameUnits;
 }
 
-std::u16string_view IndexedIni::NameOf(const Section& section) const {
+bool IndexedIni::IsCalled(const Section& section, std::u16string_view name) const {
   const Line& first = section.lines.front();
-  return first.parse.isHeader ? View(first.units, first.parse.name) : std::u16string_view();
+  if (!(first.flags & kHeader)) return name.empty();
+  return NameIs(first, ParseOf(first).name, name);
 }
 
 int IndexedIni::FindSection(std::u16string_view name) const {
-  return static_cast<int>(m_firstSection.Find(name, SectionNames{this}));
+  return static_cast<int>(m_firstSection.Find(
+      NameIndex::Hash(name), [&](uint32_t index) { return IsCalled(m_sections[index], name); }));
 }
 
 int IndexedIni::FindTrimmedSection(const char* app) const {
@@ -150,69 +237,99 @@ int IndexedIni::FindTrimmedSection(const char* app) const {
   return found;
 }
 
-int64_t IndexedIni::FindEntry(const Section& section, const char* key) const {
-  return section.entries.Find(NameUnits(TrimBlanks(key)), EntryNames{&section});
+int64_t IndexedIni::FindKey(const Section& section, std::string_view key, IniLine* parse,
+                            uint32_t* hash) const {
+  if (m_encoding != FileEncoding::kAnsi) return FindEntry(section, NameUnits(key), parse, hash);
+  // The units of an ANSI file are the caller's bytes: looked up where they lie.
+  const Units<false> name{reinterpret_cast<const unsigned char*>(key.data()), key.size(), false};
+  return FindEntry(section, name, parse, hash);
+}
+
+template <typename Name>
+int64_t IndexedIni::FindEntry(const Section& section, const Name& name, IniLine* parse,
+                              uint32_t* hash) const {
+  *hash = NameIndex::Hash(name, UnitRange{0, name.size()});
+  return section.entries.Find(*hash, [&](uint32_t index) {
+    const Line& line = section.lines[index];
+    *parse = ParseOf(line);
+    return NameIs(line, parse->name, name);
+  });
+}
+
+template <typename Visit>
+bool IndexedIni::VisitBytes(const Visit& visit) const {
+  if (!visit(std::string_view(m_mark))) return false;
+  // Lines that lie one after the other in one buffer go as one run.
+  std::string_view run = BytesOf(m_prefix);
+  auto add = [&](const Line& line) {
+    const std::string_view bytes = BytesOf(line);
+    if (bytes.empty()) return true;
+    if (run.data() + run.size() == bytes.data()) {
+      run = std::string_view(run.data(), run.size() + bytes.size());
+      return true;
+    }
+    const bool more = visit(run);
+    run = bytes;
+    return more;
+  };
+  for (const Section& section : m_sections)
+    for (const Line& line : section.lines)
+      if (!add(line)) return false;
+  return visit(run) && visit(std::string_view(m_tail));
 }
 
 std::string IndexedIni::Bytes() const {
   std::string out;
-  WriteBytes([&](std::string_view piece) {
-    out += piece;
-    return Status::Ok();
+  out.reserve(ByteSize());
+  VisitBytes([&](std::string_view bytes) {
+    out += bytes;
+    return true;
   });
   return out;
 }
 
 Status IndexedIni::WriteBytes(const ByteSink& write) const {
-  const bool wide = m_encoding == FileEncoding::kUtf16Le || m_encoding == FileEncoding::kUtf16Be;
-  const bool little = m_encoding == FileEncoding::kUtf16Le;
-  const size_t unitBytes = wide ? 2 : 1;
   // One buffer, filled and handed on: the file is never held whole, and a small file takes
   // about its size.
   std::string buffer(std::max<size_t>(std::min(ByteSize(), kPieceBytes), 2), '\0');
-  char* const start = buffer.data();
-  char* const end = start + buffer.size();
-  char* to = start;
+  size_t filled = 0;
   Status status = Status::Ok();
   auto flush = [&] {
-    if (to != start && status.ok()) status = write(std::string_view(start, to - start));
-    to = start;
+    if (filled != 0 && status.ok()) status = write(std::string_view(buffer.data(), filled));
+    filled = 0;
+    return status.ok();
   };
-  auto putBytes = [&](std::string_view bytes) {
-    for (char byte : bytes) {
-      if (to == end) flush();
-      *to++ = byte;
+  VisitBytes([&](std::string_view bytes) {
+    while (!bytes.empty()) {
+      if (filled == buffer.size() && !flush()) return false;
+      const size_t count = std::min(bytes.size(), buffer.size() - filled);
+      std::copy_n(bytes.data(), count, buffer.data() + filled);
+      filled += count;
+      bytes.remove_prefix(count);
     }
-  };
-  // Units of one-byte encodings are bytes; UTF-16 units go in the file's byte order.
-  auto putUnits = [&](std::u16string_view units) {
-    while (!units.empty() && status.ok()) {
-      const size_t room = static_cast<size_t>(end - to) / unitBytes;
-      if (room == 0) {
-        flush();
-        continue;
-      }
-      const size_t count = std::min(room, units.size());
-      if (!wide) {
-        for (size_t i = 0; i < count; ++i) *to++ = static_cast<char>(units[i] & 0xFF);
-      } else {
-        for (size_t i = 0; i < count; ++i) {
-          const char low = static_cast<char>(units[i] & 0xFF);
-          const char high = static_cast<char>(units[i] >> 8);
-          *to++ = little ? low : high;
-          *to++ = little ? high : low;
-        }
-      }
-      units.remove_prefix(count);
-    }
-  };
-  putBytes(m_mark);
-  putUnits(m_prefix);
-  for (const Section& section : m_sections)
-    for (const Line& line : section.lines) putUnits(line.units);
-  putBytes(m_tail);
+    return true;
+  });
   flush();
   return status;
+}
+
+bool IndexedIni::HasBytes(std::string_view bytes) const {
+  return VisitBytes([&](std::string_view piece) {
+           if (bytes.substr(0, piece.size()) != piece) return false;
+           bytes.remove_prefix(piece.size());
+           return true;
+         }) &&
+         bytes.empty();
+}
+
+size_t IndexedIni::MemoryUse() const {
+  size_t memory = sizeof(*this) + m_file.capacity() + m_changedLines.capacity() +
+                  m_firstSection.MemoryUse() + m_sections.capacity() * sizeof(Section) +
+                  (m_nameUnits.capacity() + m_wideUnits.capacity()) * 2 + m_valueText.capacity() +
+                  m_newValue.capacity() + m_lineBytes.capacity();
+  for (const Section& section : m_sections)
+    memory += section.lines.capacity() * sizeof(Line) + section.entries.MemoryUse();
+  return memory;
 }
 
 uint32_t IndexedIni::Read(const char* app, const char* key, const char* defaultText,
@@ -222,17 +339,33 @@ uint32_t IndexedIni::Read(const char* app, const char* key, const char* defaultT
   return ReadValue(app, key, defaultText, buffer, size);
 }
 
+void IndexedIni::AppendAnsi(const Line& line, UnitRange range, std::string* out) const {
+  if (m_encoding == FileEncoding::kAnsi) {
+    *out += BytesOf(line).substr(range.begin, range.size());
+    return;
+  }
+  const LineText text = TextOf(line);
+  m_wideUnits.resize(range.size());
+  for (size_t i = 0; i < range.size(); ++i) m_wideUnits[i] = text[range.begin + i];
+  AppendAnsiFromUnits(m_wideUnits, m_encoding, out);
+}
+
 uint32_t IndexedIni::ReadValue(const char* app, const char* key, const char* defaultText,
                                char* buffer, uint32_t size) const {
   if (size == 0) return 0;
   const int found = FindTrimmedSection(app);
   if (found >= 0) {
     const Section& section = m_sections[found];
-    const int64_t entry = FindEntry(section, key);
-    if (entry >= 0 && section.lines[entry].parse.hasValue) {
+    IniLine parse;
+    uint32_t hash;
+    const int64_t entry = FindKey(section, TrimBlanks(key), &parse, &hash);
+    if (entry >= 0 && parse.hasValue) {
       const Line& line = section.lines[entry];
+      if (m_encoding == FileEncoding::kAnsi)
+        return CopyValueText(BytesOf(line).substr(parse.value.begin, parse.value.size()), buffer,
+                             size);
       m_valueText.clear();
-      AppendAnsiFromUnits(View(line.units, line.parse.value), m_encoding, &m_valueText);
+      AppendAnsi(line, parse.value, &m_valueText);
       return CopyValueText(m_valueText, buffer, size);
     }
   }
@@ -242,9 +375,11 @@ uint32_t IndexedIni::ReadValue(const char* app, const char* key, const char* def
 uint32_t IndexedIni::ListSectionNames(char* buffer, uint32_t size) const {
   std::string list;
   for (const Section& section : m_sections) {
-    std::u16string_view name = NameOf(section);
-    if (name.empty()) continue;
-    list += AnsiFromUnits(name, m_encoding);
+    const Line& first = section.lines.front();
+    if (!(first.flags & kHeader)) continue;
+    const IniLine parse = ParseOf(first);
+    if (parse.name.empty()) continue;
+    AppendAnsi(first, parse.name, &list);
     list.push_back('\0');
   }
   return CopyNameList(list, buffer, size);
@@ -255,10 +390,10 @@ std::string IndexedIni::KeyNames(const char* app) const {
   const int found = FindSection(NameUnits(app));
   if (found < 0) return list;
   for (const Line& line : m_sections[found].lines) {
-    const IniLine& parse = line.parse;
-    if (parse.isHeader || parse.dropped || !parse.hasValue) continue;
-    if (!parse.name.empty() && line.units[parse.name.begin] == ';') continue;
-    AppendAnsiFromUnits(View(line.units, parse.name), m_encoding, &list);
+    if ((line.flags & (kHeader | kDropped)) || !(line.flags & kHasValue)) continue;
+    const IniLine parse = ParseOf(line);
+    if (!parse.name.empty() && TextOf(line)[parse.name.begin] == ';') continue;
+    AppendAnsi(line, parse.name, &list);
     list.push_back('\0');
   }
   return list;
@@ -278,32 +413,44 @@ bool IndexedIni::Write(const char* app, const char* key, const char* value) {
   if (!key) return RemoveSection(app);
   if (!value) return RemoveKey(app, key);
   m_newValue.clear();
-  AppendUnitsFromAnsi(WithoutLeadingBlanks(value), m_encoding, &m_newValue);
-  const std::u16string_view newValue = m_newValue;
+  AppendUnits(WithoutLeadingBlanks(value), &m_newValue);
+  const std::string_view newValue = m_newValue;
   Outcome outcome;
   const int found = FindTrimmedSection(app);
   if (found < 0) {
     outcome = AddSection(app, key, newValue);
   } else {
     Section& section = m_sections[found];
-    const int64_t entry = FindEntry(section, key);
-    outcome = entry < 0 ? AddEntry(section, key, newValue)
-                        : SetExisting(section.lines[entry], newValue);
+    IniLine parse;
+    uint32_t hash;
+    const int64_t entry = FindKey(section, TrimBlanks(key), &parse, &hash);
+    outcome = entry < 0 ? AddEntry(section, key, newValue, &hash)
+                        : SetExisting(section.lines[entry], parse, newValue);
   }
-  if (outcome == Outcome::kReindex) Reindex();
+  if (outcome == Outcome::kReindex) {
+    Reindex();
+  } else if (outcome == Outcome::kChanged) {
+    CompactIfWasteful();
+  }
   return outcome != Outcome::kUnchanged;
 }
 
 bool IndexedIni::RemoveKey(const char* app, const char* key) {
   // Removals match names untrimmed, and look through every section of that name in turn.
-  const std::u16string appUnits = Units(app), keyUnits = Units(key);
+  const std::u16string appUnits = UnitsFromAnsi(app, m_encoding);
+  const std::u16string keyUnits = UnitsFromAnsi(key, m_encoding);
   for (Section& section : m_sections) {
-    if (!NameIndex::SameName(NameOf(section), appUnits)) continue;
-    const int64_t entry = section.entries.Find(keyUnits, EntryNames{&section});
+    if (!IsCalled(section, appUnits)) continue;
+    IniLine parse;
+    uint32_t hash;
+    const int64_t entry = FindEntry(section, std::u16string_view(keyUnits), &parse, &hash);
     if (entry < 0) continue;
     // The line goes with its own break; the blank lines after it stay.
     Line& line = section.lines[entry];
-    line.units.erase(0, line.parse.whole.end);
+    const uint32_t own = static_cast<uint32_t>(LineEndAfter(TextOf(line), line.breakAt));
+    line.at += own;
+    line.size -= own;
+    m_units -= own;
     Reindex();
     return true;
   }
@@ -311,9 +458,10 @@ bool IndexedIni::RemoveKey(const char* app, const char* key) {
 }
 
 bool IndexedIni::RemoveSection(const char* app) {
-  const int found = FindSection(Units(app));
+  const int found = FindSection(UnitsFromAnsi(app, m_encoding));
   if (found < 0) return false;
   // Its lines with the blank lines up to the next header.
+  for (const Line& line : m_sections[found].lines) m_units -= line.size;
   m_sections.erase(m_sections.begin() + found);
   Reindex();
   return true;
@@ -321,125 +469,155 @@ bool IndexedIni::RemoveSection(const char* app) {
 
 void IndexedIni::Reindex() { *this = IndexedIni(Bytes()); }
 
-IndexedIni::Outcome IndexedIni::SetExisting(Line& line, std::u16string_view value) {
-  if (line.parse.hasValue && View(line.units, line.parse.value) == value)
+void IndexedIni::CompactIfWasteful() {
+  const size_t held = (m_file.size() - m_mark.size() - m_tail.size() + m_changedLines.size()) /
+                      m_width;
+  if (held - m_units <= m_units / 2 + 2048) return;
+  std::string file;
+  file.reserve(ByteSize());
+  file += m_mark;
+  auto move = [&](Line& line) {
+    const std::string_view bytes = BytesOf(line);
+    line.at = static_cast<uint32_t>((file.size() - m_mark.size()) / m_width);
+    line.flags &= ~kChanged;
+    file += bytes;
+  };
+  move(m_prefix);
+  for (Section& section : m_sections)
+    for (Line& line : section.lines) move(line);
+  file += m_tail;
+  m_file.swap(file);
+  std::string().swap(m_changedLines);
+}
+
+IndexedIni::Outcome IndexedIni::SetExisting(Line& line, const IniLine& parse,
+                                            std::string_view value) {
+  const size_t width = m_width;
+  const std::string_view old = BytesOf(line);
+  if (parse.hasValue &&
+      old.substr(parse.value.begin * width, parse.value.size() * width) == value)
     return Outcome::kUnchanged;
-  std::u16string units = line.units;
-  UnitRange replaced{line.parse.content.end, line.parse.content.end};
-  std::u16string insert(value);
-  if (line.parse.hasValue) {
+  std::string& bytes = m_lineBytes;
+  bytes.clear();
+  UnitRange replaced{parse.content.end, parse.content.end};
+  if (parse.hasValue) {
     // From the value's first character to the end of the line's text; text after a NUL goes
     // too, spacing before the value and the line break stay.
-    replaced = line.parse.valueStart;
+    replaced = parse.valueStart;
+    bytes += old.substr(0, replaced.begin * width);
   } else {
-    insert.insert(0, u"=");
+    bytes += old.substr(0, replaced.begin * width);
+    AppendUnit('=', &bytes);
   }
-  units.replace(replaced.begin, replaced.size(), insert);
-  const size_t grown = insert.size(), shrunk = replaced.size();
-  IniLine parse = line.parse;
-  const size_t breakAt = line.breakAt + grown - shrunk;
-  m_memory += (units.size() - std::min(units.size(), line.units.size())) * 2;
-  m_units = m_units + units.size() - line.units.size();
-  line.units = std::move(units);
+  bytes += value;
+  bytes += old.substr(replaced.end * width);
+  const size_t grown = bytes.size() / width - line.size;  // wraps round when the line shrank
+  const uint32_t breakAt = static_cast<uint32_t>(line.breakAt + grown);
+  m_units += grown;
+  Store(bytes, &line);
+  line.breakAt = breakAt;
   // A line break in the value, or a value that turns an entry such as "[x" into a header,
   // changes the structure.
-  if (HasLineBreak(value) || !ParseLine(line.units, 0, breakAt, &parse) || parse.isHeader)
-    return Outcome::kReindex;
-  parse.whole.end = parse.whole.end + grown - shrunk;
-  line.breakAt = breakAt;
-  line.parse = parse;
+  IniLine now;
+  if (!ParsePlain(bytes, breakAt, &now) || now.isHeader) return Outcome::kReindex;
+  line.flags |= kHasValue;
   return Outcome::kChanged;
 }
 
+void IndexedIni::EndWithBreak(Line& line) {
+  if (line.size == 0) return;
+  const char16_t last = TextOf(line)[line.size - 1];
+  if (last == '\r' || last == '\n') return;
+  std::string bytes(BytesOf(line));
+  AppendUnit('\r', &bytes);
+  AppendUnit('\n', &bytes);
+  m_units += 2;
+  Store(bytes, &line);
+}
+
 IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
-                                         std::u16string_view value) {
-  Line line;
-  const std::string_view name = WithoutLeadingBlanks(key);
-  Line& last = section.lines.back();
-  line.units.reserve(name.size() + 1 + value.size() + 2 + last.units.size() -
-                     last.parse.whole.end);
-  AppendUnitsFromAnsi(name, m_encoding, &line.units);
-  line.units += u"=";
-  line.units += value;
-  line.breakAt = line.units.size();
-  line.units += kCrLf;
-  m_units += line.units.size();
+                                         std::string_view value, const uint32_t* keyHash) {
+  std::string& bytes = m_lineBytes;
+  bytes.clear();
+  AppendUnits(WithoutLeadingBlanks(key), &bytes);
+  AppendUnit('=', &bytes);
+  bytes += value;
+  const size_t breakAt = bytes.size() / m_width;
+  AppendUnit('\r', &bytes);
+  AppendUnit('\n', &bytes);
+  m_units += breakAt + 2;
   // A line break in the name or value, or a line that reads as a header, changes the
   // structure: the line is added as text all the same.
-  const bool plain = !HasLineBreak(std::u16string_view(line.units).substr(0, line.breakAt)) &&
-                     ParseLine(line.units, 0, line.breakAt, &line.parse) &&
-                     !line.parse.isHeader;
-  line.parse.whole = {0, line.units.size()};
-  line.parse.hasBreak = true;
+  IniLine parse;
+  bool plain, keyIsName = false;
+  if (const size_t nameEnd = m_encoding == FileEncoding::kAnsi ? PlainAnsiKey(key, value) : 0) {
+    // What the line says, known without reading it again.
+    parse.hasValue = plain = keyIsName = true;
+    parse.name = {0, nameEnd};
+  } else {
+    plain = ParsePlain(bytes, breakAt, &parse) && !parse.isHeader;
+  }
 
   // After the section's last line with text, before the blank lines that follow it.
-  if (last.parse.whole.end < last.units.size()) {
-    line.units += View(last.units, {last.parse.whole.end, last.units.size()});
-    last.units.resize(last.parse.whole.end);
+  Line& last = section.lines.back();
+  const size_t lastEnd = LineEndAfter(TextOf(last), last.breakAt);
+  if (lastEnd < last.size) {
+    bytes += BytesOf(last).substr(lastEnd * m_width);
+    last.size = static_cast<uint32_t>(lastEnd);
   }
-  if (!last.parse.hasBreak) {
-    last.units += kCrLf;
-    m_units += kCrLf.size();
-    last.parse.whole.end += 2;
-    last.parse.hasBreak = true;
-  }
-  if (plain && line.parse.name.empty()) {
+  EndWithBreak(last);
+
+  Line line;
+  line.flags = static_cast<uint8_t>((parse.hasValue ? kHasValue : 0) |
+                                    (parse.name.empty() ? kNameEmpty : 0));
+  if (plain && parse.name.empty()) {
     // An empty name right after another empty name (the last visible entry) is dropped.
     for (auto it = section.lines.rbegin(); it != section.lines.rend(); ++it) {
-      if (it->parse.isHeader) break;
-      if (it->parse.dropped) continue;
-      line.parse.dropped = it->parse.name.empty();
+      if (it->flags & kHeader) break;
+      if (it->flags & kDropped) continue;
+      if (it->flags & kNameEmpty) line.flags |= kDropped;
       break;
     }
   }
+  Store(bytes, &line);
+  line.breakAt = static_cast<uint32_t>(breakAt);
   const uint32_t index = static_cast<uint32_t>(section.lines.size());
-  m_memory += sizeof(Line) + 16 + line.units.capacity() * 2;
-  section.lines.push_back(std::move(line));
+  section.lines.push_back(line);
   if (!plain) return Outcome::kReindex;
-  if (!section.lines.back().parse.dropped) {
-    const Line& added = section.lines.back();
-    section.entries.Insert(View(added.units, added.parse.name), index, EntryNames{&section});
-  }
+  if (!(line.flags & kDropped))
+    IndexEntry(section, index, parse, keyIsName && keyHash ? keyHash : nullptr);
   return Outcome::kChanged;
 }
 
 IndexedIni::Outcome IndexedIni::AddSection(std::string_view app, std::string_view key,
-                                           std::u16string_view value) {
+                                           std::string_view value) {
+  std::string& bytes = m_lineBytes;
+  bytes.clear();
+  AppendUnit('[', &bytes);
+  AppendUnits(WithoutLeadingBlanks(app), &bytes);
+  AppendUnit(']', &bytes);
+  const size_t breakAt = bytes.size() / m_width;
+  IniLine parse;
+  const bool plain = ParsePlain(bytes, breakAt, &parse) && parse.isHeader;
+  AppendUnit('\r', &bytes);
+  AppendUnit('\n', &bytes);
+  m_units += breakAt + 2;
   Line header;
-  header.units = u"[" + Units(WithoutLeadingBlanks(app)) + u"]";
+  header.flags = kHeader;
+  Store(bytes, &header);
+  header.breakAt = static_cast<uint32_t>(breakAt);
   Section section;
   // A section made here is being filled by a run of writes: room for them saves regrowing.
   section.lines.reserve(32);
-  header.breakAt = header.units.size();
-  const bool plain = !HasLineBreak(header.units) &&
-                     ParseLine(header.units, 0, header.breakAt, &header.parse) &&
-                     header.parse.isHeader;
-  header.units += kCrLf;
-  m_units += header.units.size();
-  header.parse.whole = {0, header.units.size()};
-  header.parse.hasBreak = true;
-  section.lines.push_back(std::move(header));
+  section.lines.push_back(header);
   // AddEntry makes the entry line; the header has no blank lines after it to hand on.
-  const Outcome entry = AddEntry(section, key, value);
+  const Outcome entry = AddEntry(section, key, value, nullptr);
 
   // A file whose last line has no break gets one first, so the header starts a line.
-  std::u16string* last = &m_prefix;
-  if (!m_sections.empty()) last = &m_sections.back().lines.back().units;
-  if (!last->empty() && last->back() != '\r' && last->back() != '\n') {
-    if (!m_sections.empty()) {
-      Line& line = m_sections.back().lines.back();
-      if (line.parse.whole.end == line.units.size()) {
-        line.parse.whole.end += 2;
-        line.parse.hasBreak = true;
-      }
-    }
-    *last += kCrLf;
-    m_units += kCrLf.size();
-  }
-  section.entries = NameIndex();
+  EndWithBreak(m_sections.empty() ? m_prefix : m_sections.back().lines.back());
   m_sections.push_back(std::move(section));
   if (!plain || entry == Outcome::kReindex) return Outcome::kReindex;
-  IndexSection(static_cast<uint32_t>(m_sections.size() - 1));
+  IndexHeader(static_cast<uint32_t>(m_sections.size() - 1));
   return Outcome::kChanged;
 }
 

@@ -29,25 +29,8 @@ struct Entry {
   os::FileStamp stamp;
   bool trusted = false;
   std::shared_ptr<IndexedIni> form;
-  // The file's bytes while the stamp is not trusted, so that proving the file unchanged is one
-  // comparison of bytes; dropped once a stamp is trusted.
-  std::string bytes;
-  size_t Memory() const { return form->MemoryUse() + path.size() + bytes.capacity(); }
+  size_t memory = 0;  // as counted when kept: writes change the form in place
 };
-
-
-// Whether `form` gives exactly `bytes`, compared piece by piece as the form produces them, so
-// that the cache never needs a copy of the file.
-bool SameBytes(const IndexedIni& form, std::string_view bytes) {
-  bool same = true;
-  form.WriteBytes([&](std::string_view piece) {
-    same = bytes.substr(0, piece.size()) == piece;
-    if (!same) return Status::Error(StatusCode::kIoError);
-    bytes.remove_prefix(piece.size());
-    return Status::Ok();
-  });
-  return same && bytes.empty();
-}
 
 class Cache {
  public:
@@ -70,15 +53,10 @@ class Cache {
       if (found != m_entries.end()) Drop(found);
       return nullptr;
     }
-    if (found != m_entries.end() &&
-        (found->bytes.empty() ? SameBytes(*found->form, bytes) : found->bytes == bytes)) {
+    if (found != m_entries.end() && found->form->HasBytes(bytes)) {
       // Unchanged after all; the new stamp was taken later and may now be trusted.
       found->stamp = stamp;
       found->trusted = StampProvesContent(stamp);
-      if (found->trusted) {
-        m_memory -= found->bytes.capacity();
-        found->bytes = std::string();
-      }
       return found->form;
     }
     if (found != m_entries.end()) Drop(found);
@@ -87,25 +65,24 @@ class Cache {
     entry.path = path;
     entry.stamp = stamp;
     entry.trusted = StampProvesContent(stamp);
-    entry.form = std::make_shared<IndexedIni>(bytes);
-    if (!entry.trusted) entry.bytes = std::move(bytes);
+    // The form keeps the bytes read as its own.
+    entry.form = std::make_shared<IndexedIni>(std::move(bytes));
     std::shared_ptr<IndexedIni> form = entry.form;
     Keep(std::move(entry));  // unless it is too large: then it serves this call only
     return form;
   }
 
-  // `form` was written to `path` as `bytes`: it becomes the cached form of the file (whatever
+  // `form` was written to `path`: it becomes the cached form of the file (whatever
   // was cached for the path before, which a file made anew never came from). The file is
   // stamped again, and the stamp is trusted only once a later read has compared the bytes
   // (the write is too recent to tell apart from one in the same clock tick).
-  void Written(const std::string& path, std::shared_ptr<IndexedIni> form, std::string bytes) {
+  void Written(const std::string& path, std::shared_ptr<IndexedIni> form) {
     Forget(path);
     Entry entry;
     entry.path = path;
     if (!os::StampFile(path, &entry.stamp).ok()) return;
     entry.trusted = false;
     entry.form = std::move(form);
-    entry.bytes = std::move(bytes);
     Keep(std::move(entry));
   }
 
@@ -116,7 +93,7 @@ class Cache {
 
  private:
   void Keep(Entry entry) {
-    const size_t memory = entry.Memory();
+    const size_t memory = entry.memory = entry.form->MemoryUse() + entry.path.size();
     if (memory > kParseCacheBytes) return;
     while (!m_entries.empty() &&
            (m_memory + memory > kParseCacheBytes || m_entries.size() >= kMaxEntries))
@@ -130,7 +107,7 @@ class Cache {
                         [&](const Entry& entry) { return entry.path == path; });
   }
   void Drop(std::list<Entry>::iterator entry) {
-    m_memory -= entry->Memory();
+    m_memory -= entry->memory;
     m_entries.erase(entry);
   }
 
@@ -157,8 +134,8 @@ std::shared_ptr<IndexedIni> FileToChange(const std::string& path, Status* status
   return t_cache.Current(path, status);
 }
 
-void FileWritten(const std::string& path, std::shared_ptr<IndexedIni> form, std::string bytes) {
-  t_cache.Written(path, std::move(form), std::move(bytes));
+void FileWritten(const std::string& path, std::shared_ptr<IndexedIni> form) {
+  t_cache.Written(path, std::move(form));
 }
 
 void ForgetFile(const std::string& path) { t_cache.Forget(path); }

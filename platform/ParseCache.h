@@ -22,10 +22,10 @@ std::shared_ptr<const IndexedIni> ParsedFile(const std::string& path, Status* st
 
 // For a writer that holds the folder lock of `path`: the form of the file as it is now, which
 // the writer may change in place. After a change the writer reports FileWritten with the form
-// it wrote (this one, or a new one for a file it made) and the bytes the file now holds, else
-// ForgetFile. On failure the Status says why and the result is null.
+// it wrote (this one, or a new one for a file it made), else ForgetFile. On failure the Status
+// says why and the result is null.
 std::shared_ptr<IndexedIni> FileToChange(const std::string& path, Status* status);
-void FileWritten(const std::string& path, std::shared_ptr<IndexedIni> form, std::string bytes);
+void FileWritten(const std::string& path, std::shared_ptr<IndexedIni> form);
 void ForgetFile(const std::string& path);
 
 // Whether `stamp`, as ReadWholeFile took it, proves the content read: taken clearly after the

@@ -42,18 +42,10 @@ Status LockedWrite(const char* app, const char* key, const char* value,
   }
 
   if (!form->Write(app, key, value)) return Status::Ok();
-  // The bytes are kept as they are written, so that the next call proves the file unchanged
-  // with one comparison.
-  std::string written;
-  written.reserve(form->ByteSize());
-  status = os::ReplaceFileFrom(target, [&](const ByteSink& write) {
-    return form->WriteBytes([&](std::string_view piece) {
-      written += piece;
-      return write(piece);
-    });
-  });
+  status = os::ReplaceFileFrom(
+      target, [&](const ByteSink& write) { return form->WriteBytes(write); });
   if (status.ok()) {
-    FileWritten(target, form, std::move(written));
+    FileWritten(target, form);
   } else {
     ForgetFile(target);
   }

@@ -92,19 +92,23 @@ std::u16string Utf16FromUtf8Units(std::u16string_view bytes) {
 
 }  // namespace
 
+FileEncoding EncodingOf(std::string_view bytes, size_t* markBytes) {
+  auto starts = [&](std::string_view mark) { return bytes.substr(0, mark.size()) == mark; };
+  *markBytes = 0;
+  if (starts("\xEF\xBB\xBF")) {
+    *markBytes = 3;
+    return FileEncoding::kUtf8;
+  }
+  if (starts("\xFF\xFE") || starts("\xFE\xFF")) {
+    *markBytes = 2;
+    return bytes[0] == '\xFF' ? FileEncoding::kUtf16Le : FileEncoding::kUtf16Be;
+  }
+  return FileEncoding::kAnsi;
+}
+
 FileText DecodeFile(std::string_view bytes) {
   FileText text;
-  auto starts = [&](std::string_view mark) { return bytes.substr(0, mark.size()) == mark; };
-  if (starts("\xEF\xBB\xBF")) {
-    text.encoding = FileEncoding::kUtf8;
-    text.markBytes = 3;
-  } else if (starts("\xFF\xFE")) {
-    text.encoding = FileEncoding::kUtf16Le;
-    text.markBytes = 2;
-  } else if (starts("\xFE\xFF")) {
-    text.encoding = FileEncoding::kUtf16Be;
-    text.markBytes = 2;
-  }
+  text.encoding = EncodingOf(bytes, &text.markBytes);
   std::string_view body = bytes.substr(text.markBytes);
   if (text.encoding == FileEncoding::kUtf16Le || text.encoding == FileEncoding::kUtf16Be) {
     bool little = text.encoding == FileEncoding::kUtf16Le;

@@ -29,6 +29,9 @@ struct FileText {
   }
 };
 
+// The encoding of a file that starts with `bytes`, and the length of its byte order mark.
+FileEncoding EncodingOf(std::string_view bytes, size_t* markBytes);
+
 // Splits `bytes` into units by the byte order mark at its start (none means code page 1252).
 // A trailing odd byte of a UTF-16 file is not a unit.
 FileText DecodeFile(std::string_view bytes);

@@ -149,8 +149,6 @@ class TOLVEX_API CMenuTemplate {
   int ResizeImage(CString source, CString target, unsigned int width, unsigned int height);
 
  private:
-  friend class CMenuTemplateInspector;  // lets tests observe the cached values
-
   int m_nTemplateMode;
   CString m_strBkBmpFileName;
   CString m_strMusicFileName;

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <string>
 
+#include "platform/FaultInjection.h"
 #include "platform/Os.h"
 #include "platform/posix/PosixPaths.h"
 #include "platform/posix/PosixReplace.h"
@@ -50,6 +51,7 @@ void FillStamp(const struct stat& info, int64_t takenNs, FileStamp* stamp) {
 }
 
 int64_t Now() {
+  if (const int64_t planned = ClockForTests()) return planned;
   struct timespec now;
   clock_gettime(CLOCK_REALTIME, &now);
   return Nanoseconds(now);

@@ -10,6 +10,7 @@
 
 #include <string>
 
+#include "platform/FaultInjection.h"
 #include "platform/Os.h"
 #include "platform/win32/Win32Calls.h"
 #include "platform/win32/Win32Paths.h"
@@ -28,7 +29,10 @@ int64_t Nanoseconds(FILETIME time) {
                               time.dwLowDateTime) * 100;
 }
 
+// The system time in the units of the file times (nanoseconds since 1601), or the clock a test
+// set.
 int64_t Now() {
+  if (const int64_t planned = ClockForTests()) return planned;
   FILETIME now;
   GetSystemTimePreciseAsFileTime(&now);
   return Nanoseconds(now);

@@ -1,5 +1,6 @@
-// What a write splits (hard links), and that a writer killed at any moment leaves the old
-// bytes or the new. What it keeps of the file it replaces is per system (posix/, win32/).
+// What a write splits (hard links), and that a writer killed at any moment, alone or
+// committing an edit, leaves the old bytes or the new. What it keeps of the file it replaces
+// is per system (posix/, win32/).
 #include <gtest/gtest.h>
 #include <tolvex/Profile.h>
 
@@ -27,26 +28,41 @@ TEST(AtomicReplace, HardLinkIsSplit) {
   EXPECT_EQ(ReadFile(dir.File("other.ini")), "[s]\r\nk=1\r\n");
 }
 
-// A writer killed just before its rename leaves its temporary file; the next write removes it.
-TEST(AtomicReplace, WriterKilledAtEachStepLeavesOldBytesAndNextWriteCleansUp) {
+// A writer killed at each step of its replace, writing one key or committing an edit of 100,
+// leaves the old bytes or, killed only after its rename, the whole change; the next write
+// removes the temporary file it left.
+TEST(AtomicReplace, WriterKilledAtEachStepLeavesOldOrWholeBytesAndNextWriteCleansUp) {
   using platform::Primitive;
   const std::string old = "[s]\r\nk=old\r\n";
   const struct {
+    const char* role;
     Primitive primitive;
     int nth;
-  } steps[] = {{Primitive::Lock, 1}, {Primitive::Open, 2}, {Primitive::Write, 1},
-               {Primitive::Sync, 1}, {Primitive::Rename, 1}};
+    bool renamed;
+  } steps[] = {{"dies-at", Primitive::Lock, 1, false},       {"dies-at", Primitive::Open, 2, false},
+               {"dies-at", Primitive::Write, 1, false},      {"dies-at", Primitive::Sync, 1, false},
+               {"dies-at", Primitive::Rename, 1, false},     {"edit-dies-at", Primitive::Open, 1, false},
+               {"edit-dies-at", Primitive::Write, 1, false}, {"edit-dies-at", Primitive::Sync, 1, false},
+               {"edit-dies-at", Primitive::Rename, 1, false}, {"edit-dies-at", Primitive::Sync, 2, true}};
   for (const auto& step : steps) {
-    SCOPED_TRACE(static_cast<int>(step.primitive));
+    SCOPED_TRACE(std::string(step.role) + " before call " + std::to_string(step.nth) +
+                 " of primitive " + std::to_string(static_cast<int>(step.primitive)));
     TempDir dir;
-    WriteFile(dir.File("t.ini"), old);
-    Child child = SpawnChild("dies-at", {dir.File("t.ini"),
-                                         std::to_string(static_cast<int>(step.primitive)),
-                                         std::to_string(step.nth)});
-    ChildEnd end = WaitChild(child);
-    ASSERT_TRUE(end.killed) << "exit code " << end.code;
-    EXPECT_EQ(ReadFile(dir.File("t.ini")), old);
-    EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "next", dir.File("t.ini").c_str()));
+    const std::string path = dir.File("t.ini");
+    WriteFile(path, old);
+    const ChildEnd end = WaitChild(SpawnChild(
+        step.role, {path, std::to_string(static_cast<int>(step.primitive)), std::to_string(step.nth)}));
+    if (step.renamed) {
+      EXPECT_TRUE(end.Succeeded()) << "exit code " << end.code;
+      char k0[8], k99[8];
+      GetPrivateProfileStringA("s", "k0", "", k0, sizeof k0, path.c_str());
+      GetPrivateProfileStringA("s", "k99", "", k99, sizeof k99, path.c_str());
+      EXPECT_EQ(std::string(k0) + " " + k99, "new new");
+    } else {
+      ASSERT_TRUE(end.killed) << "exit code " << end.code;
+      EXPECT_EQ(ReadFile(path), old);
+    }
+    EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "next", path.c_str()));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()),
                             std::filesystem::directory_iterator()),
               1);

@@ -3,6 +3,7 @@
 #ifndef TOLVEX_TESTS_PLATFORM_FILETIMES_H
 #define TOLVEX_TESTS_PLATFORM_FILETIMES_H
 
+#include <cstdint>
 #include <string>
 
 namespace tolvex::test {
@@ -11,6 +12,9 @@ namespace tolvex::test {
 std::string ModifiedTime(const std::string& path);
 // Sets the modification time of `path` to one ModifiedTime gave.
 bool SetModifiedTime(const std::string& path, const std::string& time);
+// The later of the modification and change times of `path`, in nanoseconds on the clock the
+// platform layer stamps its reads with (SetClockForTests); 0 when it cannot be read.
+int64_t LastChangeNs(const std::string& path);
 // Gives `to` the access and modification times of `from`.
 bool CopyFileTimes(const std::string& from, const std::string& to);
 

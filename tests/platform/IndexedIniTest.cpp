@@ -93,6 +93,45 @@ TEST(IndexedIniEdit, RandomCallsGiveTheBytesAndReadsOfTheTextEdits) {
   }
 }
 
+// Long runs of changes to one file in each encoding, with values long enough that the units of
+// replaced lines soon outweigh the file: the form stays the text edits' file byte for byte
+// through every compaction, and its memory stays near the file's size.
+TEST(IndexedIniEdit, LongRunsOfChangesAreCompactedWithoutChangingAByte) {
+  std::mt19937 random(1124);
+  for (const std::string mark : {"", "\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF"}) {
+    SCOPED_TRACE(testing::Message() << "mark of " << mark.size() << " bytes");
+    std::string text = "  \r\n[s]\r\nk=0\r\n; note\r\n\r\n[t]\nx=1\n\n  y = 2";
+    if (mark.size() == 2) {
+      std::string wide;
+      for (char byte : text)
+        wide += mark[0] == '\xFF' ? std::string{byte, '\0'} : std::string{'\0', byte};
+      text = wide;
+    }
+    std::string bytes = mark + text;
+    IndexedIni indexed(bytes);
+    for (int call = 0; call < 1500; ++call) {
+      SCOPED_TRACE(testing::Message() << "call " << call);
+      const std::string value(50 + random() % 200, static_cast<char>('a' + call % 26));
+      const std::string newKey = "n" + std::to_string(call);
+      const char* app = call % 3 ? "s" : "t";
+      const char* key = call % 7 == 0 ? newKey.c_str() : (call % 3 ? "k" : "y");
+      const IniDocument document(bytes);
+      std::optional<std::string> changed =
+          EditProfileText(document, bytes, app, key, value.c_str());
+      ASSERT_EQ(indexed.Write(app, key, value.c_str()), changed.has_value());
+      if (changed) bytes = *changed;
+      if (call % 50 == 0 || call > 1490) {
+        ASSERT_EQ(indexed.Bytes(), bytes);
+        char got[300] = {};
+        ASSERT_EQ(indexed.Read(app, key, "", got, sizeof got), value.size());
+        EXPECT_EQ(std::string(got), value);
+      }
+      ASSERT_EQ(indexed.ByteSize(), bytes.size());
+      ASSERT_LT(indexed.MemoryUse(), 3 * bytes.size() + (16u << 10));
+    }
+  }
+}
+
 // Files larger than a piece, with a line longer than one, in both widths: the pieces join to the
 // file's bytes, and the first failure of the sink ends the writing.
 TEST(IndexedIniEdit, BytesInPiecesJoinToTheFileAndStopAtAFailure) {

@@ -4,13 +4,17 @@
 #include <gtest/gtest.h>
 #include <tolvex/Profile.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <string>
 #include <thread>
 
 #include "platform/ChildProcess.h"
+#include "platform/FaultInjection.h"
 #include "platform/FileTimes.h"
 #include "support/TempDir.h"
 
@@ -52,6 +56,23 @@ TEST_F(ProfileCache, InPlaceRewriteAtTheSameSizeWithTheOldTimeIsSeen) {
   EXPECT_EQ(ReadK(), "bbbb");
   Poke("cccc", "-");
   EXPECT_EQ(ReadK(), "cccc");
+}
+
+// A change within one tick of the coarse file clock leaves the same times, so a read taken
+// close to the last change proves nothing and the next read goes back to the file (which
+// here fails to open); a read taken well after it is trusted, and the next one only stats.
+TEST_F(ProfileCache, OnlyAReadWellAfterTheLastChangeIsTrusted) {
+  const int64_t changed = LastChangeNs(m_path);
+  ASSERT_NE(changed, 0);
+  const struct { int64_t after; const char* next; } cases[] = {
+      {5'000'000, "<none>"}, {1'000'000'000, "aaaa"}};
+  for (const auto& c : cases) {
+    platform::SetClockForTests(changed + c.after);
+    EXPECT_EQ(ReadK(), "aaaa");
+    platform::FailNthCall(platform::Primitive::Open, 1, EIO);
+    EXPECT_EQ(ReadK(), c.next) << "read " << c.after << " ns after the last change";
+    platform::ClearFaults();
+  }
 }
 
 TEST_F(ProfileCache, RewritesRightAfterEachOtherAreAllSeen) {

@@ -1,79 +1,100 @@
-// CMenuTitle and CMenuButton: in-memory records that keep every value exactly as given.
+// CMenuTitle and CMenuButton as one table of fields: each field keeps the value given, leaves
+// the others alone, and goes with copies; a button's title fill copies every title field.
 #include <tolvex/MenuButton.h>
 #include <tolvex/MenuTitle.h>
 
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <sstream>
+#include <functional>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 namespace tolvex::test {
 namespace {
 
-// Values() of a title after Fill(): each of the 8 getters gave 1; flags and position as given.
-const char kFilled[] = "8:-12,-34|Chapter One|DejaVu Sans|4294967295|-1|7|2|ffffffff";
+template <typename R>
+struct Field {
+  const char* name;
+  std::function<void(R&)> set;          // sets a value unlike the default
+  std::function<std::string(R&)> get;
+  const char* value, *initial;
+};
 
-int Fill(CMenuTitle& title) {  // the sum of the setters' results
-  tagPOINT pos{-12, -34};
-  return title.SetPos(&pos) + title.SetTitle("Chapter One") + title.SetFontName("DejaVu Sans") +
-         title.SetFontSize(4294967295u) + title.SetFontItalic(-1) + title.SetFontBold(7) +
-         title.SetFontUnderline(2) + title.SetFontRGB(0xFFFFFFFFul);
-}
+std::string Text(long long a, long long b) { return std::to_string(a) + "," + std::to_string(b); }
 
-std::string Values(CMenuTitle& t) {
-  tagPOINT pos{};
-  CString text, name;
-  unsigned int size = 0;
-  int italic = 0, bold = 0, underline = 0;
-  unsigned long rgb = 0;
-  const int ok = t.GetPos(&pos) + t.GetTitle(&text) + t.GetFontName(&name) + t.GetFontSize(&size) +
-                 t.GetFontItalic(&italic) + t.GetFontBold(&bold) +
-                 t.GetFontUnderline(&underline) + t.GetFontRGB(&rgb);
-  std::ostringstream out;
-  out << ok << ':' << pos.x << ',' << pos.y << '|' << text << '|' << name << '|' << size << '|'
-      << italic << '|' << bold << '|' << underline << '|' << std::hex << rgb;
-  return out.str();
-}
+const std::vector<Field<CMenuTitle>> kTitleFields = {
+    {"pos", [](CMenuTitle& t) { tagPOINT p{-12, -34}; t.SetPos(&p); },
+     [](CMenuTitle& t) { tagPOINT p{}; t.GetPos(&p); return Text(p.x, p.y); }, "-12,-34", "0,0"},
+    {"title", [](CMenuTitle& t) { t.SetTitle("Chapter One"); },
+     [](CMenuTitle& t) { CString s; t.GetTitle(&s); return std::string(s.GetString()); }, "Chapter One", ""},
+    {"font name", [](CMenuTitle& t) { t.SetFontName("DejaVu Sans"); },
+     [](CMenuTitle& t) { CString s; t.GetFontName(&s); return std::string(s.GetString()); }, "DejaVu Sans", ""},
+    {"font size", [](CMenuTitle& t) { t.SetFontSize(4294967295u); },
+     [](CMenuTitle& t) { unsigned v = 0; t.GetFontSize(&v); return std::to_string(v); }, "4294967295", "0"},
+    {"italic", [](CMenuTitle& t) { t.SetFontItalic(-1); },
+     [](CMenuTitle& t) { int v = 0; t.GetFontItalic(&v); return std::to_string(v); }, "-1", "0"},
+    {"bold", [](CMenuTitle& t) { t.SetFontBold(7); },
+     [](CMenuTitle& t) { int v = 0; t.GetFontBold(&v); return std::to_string(v); }, "7", "0"},
+    {"underline", [](CMenuTitle& t) { t.SetFontUnderline(2); },
+     [](CMenuTitle& t) { int v = 0; t.GetFontUnderline(&v); return std::to_string(v); }, "2", "0"},
+    {"rgb", [](CMenuTitle& t) { t.SetFontRGB(0xFFFFFFFFul); },
+     [](CMenuTitle& t) { unsigned long v = 0; t.GetFontRGB(&v); return std::to_string(v); }, "4294967295", "0"},
+};
 
-TEST(MenuTitle, KeepsValuesAsGivenAndCopiesAreIndependent) {
-  CMenuTitle original, assigned;
-  EXPECT_EQ(Fill(original), 8);
-  CMenuTitle copied(original);
-  assigned = original;
-  EXPECT_EQ(Values(copied) + Values(assigned), std::string(kFilled) + kFilled);
-  copied.SetTitle("Changed");
-  assigned.SetFontName("Changed");
-  EXPECT_EQ(Values(original), kFilled);
-}
+const std::vector<Field<CMenuButton>> kButtonFields = {
+    {"rect", [](CMenuButton& b) { tagRECT r{300, -40, 100, -200}; b.SetRect(&r); },  // left beyond right
+     [](CMenuButton& b) { tagRECT r{}; b.GetRect(&r); return Text(r.left, r.top) + "," + Text(r.right, r.bottom); },
+     "300,-40,100,-200", "0,0,0,0"},
+    {"frame size", [](CMenuButton& b) { b.SetFrameSize(4294967295u); },
+     [](CMenuButton& b) { unsigned v = 0; b.GetFrameSize(&v); return std::to_string(v); }, "4294967295", "0"},
+    {"frame rgb", [](CMenuButton& b) { b.SetFrameRGB(0x123456ul); },
+     [](CMenuButton& b) { unsigned long v = 0; b.GetFrameRGB(&v); return std::to_string(v); }, "1193046", "0"},
+    {"frame file", [](CMenuButton& b) { b.SetFrameFileName("frame.bmp"); },
+     [](CMenuButton& b) { CString s; b.GetFrameFileName(&s); return std::string(s.GetString()); }, "frame.bmp", ""},
+    {"file", [](CMenuButton& b) { b.SetFileName("one.bmp"); },
+     [](CMenuButton& b) { CString s; b.GetFileName(&s); return std::string(s.GetString()); }, "one.bmp", ""},
+    {"navigation", [](CMenuButton& b) { tagPOINT p{3, -4}; b.SetNavigationInfo(&p); },
+     [](CMenuButton& b) { tagPOINT p{}; b.GetNavigationInfo(&p); return Text(p.x, p.y); }, "3,-4", "0,0"},
+};
 
-TEST(MenuButton, CopiesKeepTheValuesAndShareTheTitleThatGetTitleFills) {
-  CMenuTitle source, referenced;
-  Fill(source);
-  tagRECT rect{300, -40, 100, -200}, copiedRect{};  // left beyond right, top beyond bottom
-  {
-    CMenuButton button;
-    EXPECT_EQ(button.SetTitle(&referenced), 1);  // reports success but sets nothing,
-    EXPECT_EQ(button.GetTitle(&source), 0);      // so there is no title to fill
-    // No operation sets the reference: place it as the first member of a standard-layout class.
-    static_assert(std::is_standard_layout_v<CMenuButton>);
-    *reinterpret_cast<CMenuTitle**>(&button) = &referenced;
-    button.SetRect(&rect);
-    button.SetFileName("one.bmp");
-    CMenuButton copied(button), assigned;
-    assigned = button;
-    CString file;
-    assigned.GetFileName(&file);
-    assigned.GetRect(&copiedRect);
-    EXPECT_EQ(file, "one.bmp");
-    EXPECT_EQ(std::memcmp(&copiedRect, &rect, sizeof rect), 0);  // the same edges, in order
-
-    EXPECT_EQ(copied.GetTitle(nullptr), 0);
-    EXPECT_EQ(copied.GetTitle(&source) + assigned.GetTitle(&source), 2);  // both fill the title
-    EXPECT_EQ(Values(referenced), kFilled);
+template <typename R>
+void ExpectFieldsKeepTheirValues(const std::vector<Field<R>>& fields) {
+  for (const Field<R>& field : fields) {
+    R record;
+    field.set(record);
+    for (const Field<R>& other : fields)
+      EXPECT_EQ(&other == &field ? other.value : other.initial, other.get(record))
+          << other.name << " after setting " << field.name;
   }
-  EXPECT_EQ(Values(referenced), kFilled);  // destroying the buttons left it intact
+  R original, assigned;
+  for (const Field<R>& field : fields) field.set(original);
+  R copied(original);
+  assigned = original;
+  for (const Field<R>& field : fields) {
+    EXPECT_EQ(field.value, field.get(copied)) << field.name << " of a copy";
+    EXPECT_EQ(field.value, field.get(assigned)) << field.name << " of an assigned record";
+  }
+}
+
+TEST(Records, EveryFieldKeepsItsValueAloneAndInCopies) {
+  ExpectFieldsKeepTheirValues(kTitleFields);
+  ExpectFieldsKeepTheirValues(kButtonFields);
+}
+
+TEST(Records, ButtonTitleFillCopiesEveryFieldIntoTheReferencedTitle) {
+  CMenuTitle source, referenced;
+  for (const auto& field : kTitleFields) field.set(source);
+  CMenuButton button;
+  EXPECT_EQ(1, button.SetTitle(&referenced)) << "reports success but sets nothing";
+  EXPECT_EQ(0, button.GetTitle(&source)) << "so there is no title to fill";
+  // No operation sets the reference: place it as the first member of a standard-layout class.
+  static_assert(std::is_standard_layout_v<CMenuButton>);
+  *reinterpret_cast<CMenuTitle**>(&button) = &referenced;
+  CMenuButton copied(button);
+  EXPECT_EQ(0, copied.GetTitle(nullptr));
+  EXPECT_EQ(1, copied.GetTitle(&source));
+  for (const auto& field : kTitleFields) EXPECT_EQ(field.value, field.get(referenced)) << field.name;
 }
 
 }  // namespace

@@ -13,10 +13,6 @@
 namespace tolvex::test {
 namespace {
 
-bool Has(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
 class FailureReason : public ::testing::Test {
  protected:
   FailureReason() : tpl(dir) { tpl.Page("NTSC", "TRUE"); }

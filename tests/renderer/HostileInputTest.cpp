@@ -18,10 +18,6 @@
 namespace tolvex::test {
 namespace {
 
-bool Has(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
 // What `call` returned in a child process, and the reason the child read: a FIFO must not
 // block, so a hang ends with SIGALRM and fails the test instead of stopping the suite.
 struct Outcome {

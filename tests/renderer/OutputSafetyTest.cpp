@@ -22,10 +22,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool Has(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
 class OutputSafety : public ::testing::Test {
  protected:
   OutputSafety() : tpl(dir) {

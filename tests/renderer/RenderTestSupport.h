@@ -18,6 +18,11 @@
 
 namespace tolvex::test {
 
+// Whether `text` contains `part`; EXPECT_PRED2(Has, text, part) prints both on failure.
+inline bool Has(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
 using Rgb = std::array<uint8_t, 3>;
 inline constexpr Rgb kBlack{0, 0, 0}, kWhite{255, 255, 255}, kRed{255, 0, 0}, kBlue{0, 0, 255};
 

@@ -17,18 +17,6 @@
 #include "platform/FaultInjection.h"
 #include "support/TempDir.h"
 
-// Reads the members that CMenuTemplate keeps as copies of values that passed through it.
-class CMenuTemplateInspector {
- public:
-  static int TemplateMode(const CMenuTemplate& t) { return t.m_nTemplateMode; }
-  static CString BkBmpFileName(const CMenuTemplate& t) { return t.m_strBkBmpFileName; }
-  static CString MusicFileName(const CMenuTemplate& t) { return t.m_strMusicFileName; }
-  static unsigned MaxNumOfButtons(const CMenuTemplate& t) { return t.m_nMaxNumOfButtons; }
-  static unsigned CurrentNumOfButtons(const CMenuTemplate& t) { return t.m_nCurrentNumOfButtons; }
-  static CString OutputBmpFile(const CMenuTemplate& t) { return t.m_strOutputBmpFile; }
-  static CString BkTitle(const CMenuTemplate& t) { return t.m_strBkTitle; }
-};
-
 namespace tolvex::test {
 
 class TemplateFileTest : public ::testing::Test {

@@ -1,4 +1,5 @@
-// check on a page spoiled in every way a DVD maker meets: what the renderer draws wrongly
+// check prints one line a finding, with its severity, and exits with the worst one; it is
+// tried on a page spoiled in every way a DVD maker meets: what the renderer draws wrongly
 // (titles cut off or over a neighbour, measured as the renderer lays them out), what a
 // television shows badly (outside the title-safe area, odd lines, thin frames), and files that
 // cannot be used (a FIFO that must not be opened, empty, truncated, corrupt, oversized, a
@@ -13,6 +14,7 @@
 
 #include <sys/stat.h>
 
+#include <set>
 #include <sstream>
 
 namespace tolvex::test {
@@ -40,6 +42,56 @@ std::string HugePng() {
   for (uint32_t v : {9000u, 9000u})
     for (int shift = 24; shift >= 0; shift -= 8) png += static_cast<char>(v >> shift);
   return png + std::string("\x08\x02\0\0\0\0\0\0\0", 9);
+}
+
+// check prints each problem on one line with its severity; the exit status is the worst one.
+// Buttons are named by their tool number (library index - 1); others by their library index.
+TEST(CheckCommand, ReportsErrorsAndWarningsOneLineEach) {
+  TempDir dir;
+  const std::string file = dir.File("menu.ini"), at = file + ": ";
+  WriteFile(dir.File("here.png"), ReadFile(ExamplePicture("button.png")));
+  const std::pair<std::string, std::vector<std::string>> cases[] = {
+      {"[Background]\nNTSC=TRUE\nMaximumNumberOfButton=2\nCurrentNumberOfButton=3\n"
+       "BackgroundBmp=gone.png\nBackgroundTitle=" + std::string(100, 'T') + "\n"
+       "BackgroundTitleFont_Size=1\nAddPrevButton=FALSE\nAddNextButton=FALSE\n[NumOfButton1]\n" +
+       Button(2, 100, 100, 140, 140) + "[NumOfButton2]\n" + Button(2, 100, 100, 140, 140) +
+       Button(3, 130, 130, 180, 180) + "ButtonBmp2=here.png\nButtonFrameBmp3=default\n"
+       "[NumOfButton3]\n" + Button(2, 100, 100, 140, 140) + Button(3, 700, 400, 760, 470) +
+       Button(4, 190, 100, 180, 140),
+       {"2", "warning: buttons.current: 3 is above the maximum 2",
+        "error: background: 'gone.png' does not exist (looked for " + dir.File("gone.png") + ")",
+        "warning: title: 100 characters, of which only the first 79 are read back",
+        "error: layout 2, button 2: overlaps the button 1",
+        "warning: layout 2, button 2, frame.picture: ButtonFrameBmp3 holds \"default\", which "
+        "reads as missing",
+        "error: layout 3, button 2: rectangle 700 400 760 470 reaches outside the 720x480 canvas",
+        "error: layout 3, button 3: rectangle 190 100 180 140 is empty or inverted"}},
+      {"[Background]\nNTSC=FALSE\nMaximumNumberOfButton=1\nCurrentNumberOfButton=1\n"
+       "AddPrevButton=FALSE\nAddNextButton=FALSE\n[NumOfButton1]\n" +
+       Button(0, 100, 240, 200, 300) + "ButtonTitle0=default\n",
+       {"1", "warning: layout 1, library index 0, title: ButtonTitle0 holds \"default\", which "
+        "reads as missing",
+        "warning: layout 1, library index 0: the tool numbers buttons from library index 2 (an "
+        "earlier menutemplate or another program wrote this one); the navigation values of "
+        "index 0 and 1 do not read back"}},
+      {"[Background]\nNTSC=TRUE\nMaximumNumberOfButton=2\nCurrentNumberOfButton=2\n"
+       "AddPrevButton=TRUE\nAddNextButton=FALSE\n[NumOfButton1]\n" + Button(2, 100, 100, 140, 140),
+       {"2", "error: layout 2: no buttons in the layout in use",
+        "error: previous button: shown on the page but has no rectangle"}},
+      {"[Background]\nNTSC=TRUE\nMaximumNumberOfButton=1\nCurrentNumberOfButton=1\n"
+       "AddPrevButton=FALSE\nAddNextButton=FALSE\n[NumOfButton1]\n" + Button(2, 100, 100, 140, 141),
+       {"1", "warning: layout 1, button 1: top 100 and bottom 141: an edge on an odd line "
+        "flickers on interlaced television; use even lines"}}};
+  for (const auto& [text, expected] : cases) {
+    WriteFile(file, text);
+    const ToolResult checked = RunTool({"check", file});
+    EXPECT_EQ(std::to_string(checked.status), expected[0]) << checked.out;
+    std::multiset<std::string> printed, wanted;  // in any order; here.png exists: not named
+    std::istringstream out(checked.out);
+    for (std::string line; std::getline(out, line);) printed.insert(line);
+    for (size_t i = 1; i < expected.size(); ++i) wanted.insert(at + expected[i]);
+    EXPECT_EQ(printed, wanted);
+  }
 }
 
 const char kSpoiled[] =

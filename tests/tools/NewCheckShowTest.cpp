@@ -60,9 +60,13 @@ TEST(NewCommand, WritesEveryLayoutOnEvenLinesClearOfEachOtherAndChecksClean) {
         EXPECT_EQ(button["index"], number + 1);
         EXPECT_EQ(button["title"], "Chapter " + std::to_string(number));
         EXPECT_EQ(button["navinfo"].size(), 2u);  // reads back at every index
-        EXPECT_TRUE(r["left"] >= 0 && r["top"] >= 0 && r["right"] <= 720 &&
-                    r["bottom"] <= (pal ? 576 : 480) && r["left"] < r["right"] &&
-                    r["top"] < r["bottom"]);
+        const int left = r["left"], top = r["top"], right = r["right"], bottom = r["bottom"];
+        EXPECT_GE(left, 0);
+        EXPECT_GE(top, 0);
+        EXPECT_LE(right, 720);
+        EXPECT_LE(bottom, pal ? 576 : 480);
+        EXPECT_LT(left, right);
+        EXPECT_LT(top, bottom);
         EXPECT_EQ(r["top"].get<int>() % 2, 0);
         EXPECT_EQ(r["bottom"].get<int>() % 2, 0);
         EXPECT_EQ(button["title.position"]["y"].get<int>() % 2, 0);
@@ -104,61 +108,6 @@ TEST(NewCommand, BareNameMeansTheCurrentFolderAndAFileIsOnlyReplacedWhenForced) 
   EXPECT_EQ(RunTool({"new", link, "--buttons", "2"}).status, 0);
   EXPECT_TRUE(std::filesystem::is_symlink(link));
   EXPECT_EQ(RunTool({"get", target, "buttons.current"}).out, "2\n");
-}
-
-std::string Button(int i, int left, int top, int right, int bottom) {
-  std::string keys;
-  for (const auto& [edge, v] : {std::pair<const char*, int>{"left", left}, {"right", right},
-                                {"top", top}, {"bottom", bottom}}) {
-    keys += "ButtonPosition" + std::to_string(i) + "_" + edge + "=" + std::to_string(v) + "\n";
-  }
-  return keys;
-}
-
-// check prints each problem on one line with its severity; the exit status is the worst one.
-// Buttons are named by their tool number (library index - 1); others by their library index.
-TEST(CheckCommand, ReportsErrorsAndWarningsOneLineEach) {
-  TempDir dir;
-  const std::string file = dir.File("menu.ini"), at = file + ": ";
-  WriteFile(dir.File("here.png"), ReadFile(ExamplePicture("button.png")));
-  const std::pair<std::string, std::vector<std::string>> cases[] = {
-      {"[Background]\nNTSC=TRUE\nMaximumNumberOfButton=2\nCurrentNumberOfButton=3\n"
-       "BackgroundBmp=gone.png\nBackgroundTitle=" + std::string(100, 'T') + "\n"
-       "BackgroundTitleFont_Size=1\nAddPrevButton=FALSE\nAddNextButton=FALSE\n[NumOfButton1]\n" +
-       Button(2, 100, 100, 140, 140) + "[NumOfButton2]\n" + Button(2, 100, 100, 140, 140) +
-       Button(3, 130, 130, 180, 180) + "ButtonBmp2=here.png\nButtonFrameBmp3=default\n"
-       "[NumOfButton3]\n" + Button(2, 100, 100, 140, 140) + Button(3, 700, 400, 760, 470) +
-       Button(4, 190, 100, 180, 140),
-       {"2", "warning: buttons.current: 3 is above the maximum 2",
-        "error: background: 'gone.png' does not exist (looked for " + dir.File("gone.png") + ")",
-        "warning: title: 100 characters, of which only the first 79 are read back",
-        "error: layout 2, button 2: overlaps the button 1",
-        "warning: layout 2, button 2, frame.picture: ButtonFrameBmp3 holds \"default\", which "
-        "reads as missing",
-        "error: layout 3, button 2: rectangle 700 400 760 470 reaches outside the 720x480 canvas",
-        "error: layout 3, button 3: rectangle 190 100 180 140 is empty or inverted"}},
-      {"[Background]\nNTSC=FALSE\nMaximumNumberOfButton=1\nCurrentNumberOfButton=1\n"
-       "AddPrevButton=FALSE\nAddNextButton=FALSE\n[NumOfButton1]\n" +
-       Button(0, 100, 240, 200, 300) + "ButtonTitle0=default\n",
-       {"1", "warning: layout 1, library index 0, title: ButtonTitle0 holds \"default\", which "
-        "reads as missing",
-        "warning: layout 1, library index 0: the tool numbers buttons from library index 2 (an "
-        "earlier menutemplate or another program wrote this one); the navigation values of "
-        "index 0 and 1 do not read back"}},
-      {"[Background]\nNTSC=TRUE\nMaximumNumberOfButton=2\nCurrentNumberOfButton=2\n"
-       "AddPrevButton=TRUE\nAddNextButton=FALSE\n[NumOfButton1]\n" + Button(2, 100, 100, 140, 140),
-       {"2", "error: layout 2: no buttons in the layout in use",
-        "error: previous button: shown on the page but has no rectangle"}}};
-  for (const auto& [text, expected] : cases) {
-    WriteFile(file, text);
-    const ToolResult checked = RunTool({"check", file});
-    EXPECT_EQ(std::to_string(checked.status), expected[0]) << checked.out;
-    std::multiset<std::string> printed, wanted;  // in any order; here.png exists: not named
-    std::istringstream out(checked.out);
-    for (std::string line; std::getline(out, line);) printed.insert(line);
-    for (size_t i = 1; i < expected.size(); ++i) wanted.insert(at + expected[i]);
-    EXPECT_EQ(printed, wanted);
-  }
 }
 
 // A hand-written template: the count "03" (read as 3, but not as the tool would write it), a
@@ -203,7 +152,7 @@ TEST(ShowCommand, ReportsThePageAsReadAndShowAndCheckLeaveTheFileByteForByte) {
   EXPECT_EQ(page["layouts"][3]["buttons"][0]["picture"], "nine.png");
 
   const ToolResult checked = RunTool({"check", file});
-  EXPECT_NE(checked.status, -1);
+  EXPECT_EQ(checked.status, 2) << checked.out;  // buttons without a rectangle
   EXPECT_EQ(ReadFile(file), kTemplate);
   // A template that cannot be edited reads the same.
   chmod(file.c_str(), 0444);

@@ -88,20 +88,12 @@ std::string WithArticle(Standard standard) {
 std::string PageName(size_t p) { return "page" + std::to_string(p + 1); }
 
 // The lines of a spumux or dvdauthor log that report a defect of the disc ("WARN:" or "ERR:"),
-// less the notes both print on every disc made right.
+// the first 20 of them.
 std::vector<std::string> Defects(const std::string& log) {
-  static const char* const kHarmless[] = {
-      "WARN: Skipping sector, waiting for first VOBU",  // the menu still's leading packs
-      "WARN: System header found, but PCI/DSI information is not where expected",
-  };
   std::ifstream in(log);
   std::vector<std::string> defects;
-  for (std::string line; std::getline(in, line);) {
-    if (line.rfind("WARN:", 0) != 0 && line.rfind("ERR:", 0) != 0) continue;
-    bool harmless = false;
-    for (const char* known : kHarmless) harmless |= line.rfind(known, 0) == 0;
-    if (!harmless && defects.size() < 20) defects.push_back(line);
-  }
+  for (std::string line; std::getline(in, line) && defects.size() < 20;)
+    if (line.rfind("WARN:", 0) == 0 || line.rfind("ERR:", 0) == 0) defects.push_back(line);
   return defects;
 }
 

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 
 #include "platform/ChildProcess.h"
@@ -104,10 +105,18 @@ TEST(ProfilePath, BareNameWithoutOwnFolderFollowsXdgThenHome) {
   SetEnvironment("XDG_CONFIG_HOME", dir.File("xdg").c_str());
   EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "xdg", "bare.ini"));
   EXPECT_EQ(Read("k", dir.File("xdg/tolvex/bare.ini")), "xdg");
-  SetEnvironment("XDG_CONFIG_HOME", nullptr);
+  // Without XDG_CONFIG_HOME, or with a relative one (which the base-directory rules ignore),
+  // the home folder's.
   SetEnvironment("HOME", dir.File("home").c_str());
-  EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "home", "bare.ini"));
-  EXPECT_EQ(Read("k", dir.File("home/.config/tolvex/bare.ini")), "home");
+  const std::filesystem::path cwd = std::filesystem::current_path();
+  std::filesystem::current_path(dir.path());  // where a relative folder would lead
+  for (const char* xdg : {static_cast<const char*>(nullptr), "relative"}) {
+    SetEnvironment("XDG_CONFIG_HOME", xdg);
+    EXPECT_TRUE(WritePrivateProfileStringA("s", "k", xdg ? xdg : "unset", "bare.ini"));
+    EXPECT_EQ(Read("k", dir.File("home/.config/tolvex/bare.ini")), xdg ? xdg : "unset");
+  }
+  EXPECT_FALSE(FileExists(dir.File("relative")));
+  std::filesystem::current_path(cwd);
   SetEnvironment("TOLVEX_PROFILE_DIR", own ? saved[0].c_str() : nullptr);
   SetEnvironment("XDG_CONFIG_HOME", xdgBefore ? saved[1].c_str() : nullptr);
   SetEnvironment("HOME", homeBefore ? saved[2].c_str() : nullptr);

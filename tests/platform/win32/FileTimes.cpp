@@ -4,6 +4,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace tolvex::test {
@@ -35,6 +36,16 @@ bool SetModifiedTime(const std::string& path, const std::string& time) {
   const bool ok = SetFileTime(file, nullptr, nullptr, &written);
   CloseHandle(file);
   return ok;
+}
+
+int64_t LastChangeNs(const std::string& path) {
+  HANDLE file = Open(path, FILE_READ_ATTRIBUTES);
+  if (file == INVALID_HANDLE_VALUE) return 0;
+  FILE_BASIC_INFO times;
+  const bool ok = GetFileInformationByHandleEx(file, FileBasicInfo, &times, sizeof times);
+  CloseHandle(file);
+  if (!ok) return 0;
+  return std::max(times.LastWriteTime.QuadPart, times.ChangeTime.QuadPart) * 100;
 }
 
 bool CopyFileTimes(const std::string& from, const std::string& to) {

@@ -1,0 +1,136 @@
+#!/usr/bin/env bash
+# Mutation check of the test suite: puts each named fault of the table below into a scratch
+# copy of the working tree, one at a time, builds the test binaries that should catch it, runs
+# them and prints whether the fault was caught or missed. The working tree is never changed.
+# Not part of CI: run it before a large change to the tests or the code they guard.
+#
+#   bash scripts/mutate.sh                      # every fault, in a fresh copy under /tmp
+#   bash scripts/mutate.sh NAME...              # only these faults
+#   bash scripts/mutate.sh --scratch DIR ...    # copy into DIR and keep it (faster reruns)
+#
+# A row: name | file | exact text | its replacement | test binaries. The text must occur
+# exactly once in the file, or the row is reported as "not applied" (the code moved on: fix
+# the row). "\n" in the text or replacement stands for a line break.
+# cached-music-not-kept changes only a copy CMenuTemplate keeps of a value and no public method
+# reads: nothing outside the object can see it, so it is expected to be missed (a test that
+# caught it would have to read private members).
+set -euo pipefail
+
+MUTANTS='
+name-fold-Z | platform/NameIndex.cpp | unit <= '"'Z'"' | unit < '"'Z'"' | platform_tests
+xdg-relative-accepted | platform/posix/ProfileFolder.cpp | config && config[0] == '"'/'"' | config && config[0] | platform_tests
+racy-time-rule-dropped | platform/ParseCache.cpp | stamp.takenNs - std::max(stamp.modifiedNs, stamp.changedNs) > kRacyNs | true | platform_tests
+edit-ignores-outside-change | platform/ProfileEdit.cpp | status.ok() && !Unchanged(session) | status.ok() && !Unchanged(session) && false | platform_tests
+replace-drops-mode | platform/posix/PosixReplace.cpp | ::fchmod(fd, old->st_mode & 07777); | ; | platform_tests
+record-frame-rgb-ignored | records/MenuButton.cpp | m_FrameRGB = rgb; | (void)rgb; | records_test
+write-goes-on-after-failure | template/ProfileAccess.h | EncodeValue(family.encoding, values)) && ...) | EncodeValue(family.encoding, values)) & ...) | ACCESSORS
+read-fills-partly | template/ProfileAccess.h | return ReadAll(family | return ReadEachOf(family | ACCESSORS
+flag-lowercase-true-refused | template/ProfileAccess.cpp | \|\| std::strcmp(text, "true") == 0 | | ACCESSORS
+integer-sign-dropped | template/ProfileAccess.cpp | if (value < 0) *--at = '"'-'"'; | | ACCESSORS
+default-not-missing | template/ProfileAccess.cpp | return std::strcmp(text, kMissingValue) != 0; | return true; | ACCESSORS
+cached-music-not-kept | background/BackgroundSettings.cpp | ReadKept(kMusic, &m_strMusicFileName, name) | Read(kMusic, name) | ACCESSORS
+button-title-long-read | keys/ButtonKeys.h | {{"ButtonTitle%d"}, Encoding::Text, kShortRead} | {{"ButtonTitle%d"}, Encoding::Text, kLongRead} | ACCESSORS
+nav-edges-swapped | keys/NavButtonKeys.h | "Button%sButtonPosition_right", "Button%sButtonPosition_top" | "Button%sButtonPosition_top", "Button%sButtonPosition_right" | ACCESSORS
+btn-navinfo-1-to-prev | buttons/LayoutLookup.cpp | if (index == 1) section = navbuttons::kNext.section; | if (index == 1) section = navbuttons::kPrevious.section; | ACCESSORS
+nav-selector-fails | navbuttons/NavButtonKeys.h | return KeyTarget::Inert(); | return KeyTarget::Unusable(); | ACCESSORS
+getnavinfo-all-or-nothing | navbuttons/NavButtons.cpp | .ReadEach(kNavInfo, r, c) | .Read(kNavInfo, r, c) | ACCESSORS
+layout-error-count-used | buttons/LayoutLookup.cpp | if (std::strcmp(count, kNoCount) == 0) return false; | | ACCESSORS
+ring-cap-odd | renderer/Page.h | (side + 1) / 2 | side / 2 | renderer_tests
+template-size-limit-raised | renderer/TemplateReader.cpp | "template", kMaxTemplateBytes, | "template", kMaxPictureBytes, | renderer_tests
+output-guard-off | renderer/OutputGuard.cpp | !IsOurBmp(header, static_cast<uint64_t>(opened.st_size)) | (false && !IsOurBmp(header, static_cast<uint64_t>(opened.st_size))) | renderer_tests
+set-accepts-lone-cr | tools/page/Values.cpp | std::string("\\r\\n\\0", 3) | std::string("\\n\\0", 2) | menutemplate_tool_test
+check-odd-bottom-ignored | tools/commands/CmdCheck.cpp | r.top % 2 \|\| r.bottom % 2 | r.top % 2 | menutemplate_tool_test
+apply-depth-limit-off | tools/commands/CmdApply.cpp | NestingDepth(text, kMaxDepth) > kMaxDepth | NestingDepth(text, kMaxDepth) > kMaxDepth + 1 | menutemplate_tool_test
+cp1252-0x81-lost | platform/Cp1252.cpp | 0x20AC, 0x0081, | 0x20AC, 0x003F, | platform_tests
+'
+# The binaries of the accessor tests.
+ACCESSORS="template_tests"
+
+root=$(cd "$(dirname "$0")/.." && pwd)
+scratch="" only=()
+while (($#)); do
+  case $1 in
+    --scratch) scratch=$2; shift 2 ;;
+    -h|--help) sed -n '2,14p' "$0"; exit 0 ;;
+    *) only+=("$1"); shift ;;
+  esac
+done
+keep=1
+if [ -z "$scratch" ]; then scratch=$(mktemp -d /tmp/tolvex-mutate.XXXXXX); keep=0; fi
+case $scratch in /tmp/*) ;; *) echo "the scratch copy must be under /tmp" >&2; exit 2 ;; esac
+src=$scratch/src build=$scratch/src/build
+cleanup() { if [ "$keep" = 0 ]; then rm -rf "$scratch"; fi; }
+trap cleanup EXIT
+
+# The copy: every file git knows of or would add, as the working tree holds it (uncommitted
+# changes included). The build folder sits inside it as in the working tree, so that ccache
+# (base_dir) finds the objects of the working tree's own build.
+mkdir -p "$src"
+(cd "$root" && git ls-files -z --cached --others --exclude-standard |
+   tar --null --ignore-failed-read -T - -cf -) 2>/dev/null | tar -xmf - -C "$src"
+export CCACHE_BASEDIR=$src
+cmake -S "$src" -B "$build" -DTOLVEX_BUILD_BENCHMARKS=OFF \
+  -DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache >/dev/null
+
+rows=()
+while IFS= read -r line; do
+  [ -n "${line// }" ] || continue
+  name=$(sed 's/ *|.*//' <<<"$line")
+  if ((${#only[@]})) && [[ ! " ${only[*]} " =~ " $name " ]]; then continue; fi
+  rows+=("$line")
+done <<<"$(sed 's/\\|/\x01/g' <<<"$MUTANTS")"
+((${#rows[@]})) || { echo "no such fault" >&2; exit 2; }
+
+field() { cut -d'|' -f"$2" <<<"$1" | sed 's/^ //; s/ $//; s/\x01/|/g'; }
+binaries() { local b; b=$(field "$1" 5); echo "${b//ACCESSORS/$ACCESSORS}"; }
+
+# Runs the test binaries named; the first failing test of the first failing binary, or "".
+run() {
+  local bin path out
+  for bin in "$@"; do
+    path=$(find "$build/tests" -name "$bin" -type f -perm -u+x | head -1)
+    [ -n "$path" ] || { echo "$bin: not built"; return; }
+    if ! out=$(cd "$(dirname "$path")" && TOLVEX_SOURCE_DIR=$src timeout 900 "$path" --gtest_brief=1 2>&1); then
+      echo "$bin: $(grep -m1 -o '\[  FAILED  \] [A-Za-z0-9_./]*' <<<"$out" | cut -c14- || true)"
+      return
+    fi
+  done
+}
+
+all=$(for row in "${rows[@]}"; do binaries "$row"; done | tr ' ' '\n' | sort -u | tr '\n' ' ')
+echo "building $all in $build" >&2
+cmake --build "$build" -j2 --target $all >"$scratch/build.log" 2>&1 ||
+  { tail -30 "$scratch/build.log"; exit 1; }
+baseline=$(run $all)
+[ -z "$baseline" ] || { echo "fails without any fault: $baseline" >&2; exit 1; }
+
+printf '%-30s %-8s %s\n' fault result "first failing test"
+caught=0 missed=0
+for row in "${rows[@]}"; do
+  name=$(field "$row" 1) file=$(field "$row" 2)
+  cp -p "$src/$file" "$scratch/original"
+  count=$(FROM=$(field "$row" 3) TO=$(field "$row" 4) perl -0 -i -pe '
+      my ($from, $to) = map { s/(?<!\\)\\n/\n/gr =~ s/\\\\/\\/gr } ($ENV{FROM}, $ENV{TO});
+      $n = () = /\Q$from\E/g; s/\Q$from\E/$to/ if $n == 1;
+      END { open my $f, ">", "/dev/fd/3"; print $f $n }' "$src/$file" 3>&1 >/dev/null)
+  if [ "$count" != 1 ]; then
+    printf '%-30s %-8s %s\n' "$name" "n/a" "not applied: the text occurs $count times in $file"
+    cp -p "$scratch/original" "$src/$file"; continue
+  fi
+  # shellcheck disable=SC2046
+  if ! cmake --build "$build" -j2 --target $(binaries "$row") >"$scratch/build.log" 2>&1; then
+    printf '%-30s %-8s %s\n' "$name" "n/a" "does not compile (fix the row): $scratch/build.log"
+    cp "$scratch/original" "$src/$file"; continue
+  fi
+  failing=$(run $(binaries "$row"))
+  if [ -n "$failing" ]; then
+    result=caught caught=$((caught + 1))
+  else
+    result=MISSED missed=$((missed + 1))
+  fi
+  printf '%-30s %-8s %s\n' "$name" "$result" "$failing"
+  cp "$scratch/original" "$src/$file"
+done
+echo "caught $caught, missed $missed"
+# The originals are back; rebuild so that a kept scratch copy is not left with a fault built in.
+if [ "$keep" = 1 ]; then cmake --build "$build" -j2 --target $all >/dev/null 2>&1 || true; fi
