@@ -4,6 +4,7 @@
 #ifndef TOLVEX_PLATFORM_STATUS_H
 #define TOLVEX_PLATFORM_STATUS_H
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -46,7 +47,20 @@ class Status {
 // the writing with its Status.
 using ByteSink = std::function<Status(std::string_view piece)>;
 
-// A short English description of `status`, for tests and debugging.
+// The name of `code` in a few English words, the same on every system.
+inline const char* StatusCodeName(StatusCode code) {
+  static const char* const kNames[] = {"ok",          "not found",      "access denied",
+                                       "is a folder", "already exists", "invalid argument",
+                                       "no space",    "out of memory",  "I/O error",
+                                       "changed by another program during the edit",
+                                       "the edit belongs to another thread or process"};
+  static_assert(sizeof kNames / sizeof kNames[0] == static_cast<size_t>(StatusCode::kNotOwner) + 1,
+                "a name for every code");
+  return kNames[static_cast<int>(code)];
+}
+
+// A short English description of `status` (its code's name and the system's message), for
+// tests and debugging.
 std::string StatusText(const Status& status);
 
 // The errno value that says why `status` failed (0 for success), for the C functions that

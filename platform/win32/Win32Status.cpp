@@ -104,12 +104,7 @@ int ErrnoFromStatus(const Status& status) {
 }
 
 std::string StatusText(const Status& status) {
-  static const char* const kNames[] = {"ok",          "not found",      "access denied",
-                                       "is a folder", "already exists", "invalid argument",
-                                       "no space",    "out of memory",  "I/O error",
-                                       "changed by another program during the edit",
-                                       "the edit belongs to another thread or process"};
-  std::string text = kNames[static_cast<int>(status.code())];
+  std::string text = StatusCodeName(status.code());
   if (status.sysError() != 0) {
     char buffer[256];
     DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS,
