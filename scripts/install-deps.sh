@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that building, testing and fuzzing need. Skips apt when all
-# are present.
+# Installs the Debian packages that building, testing and fuzzing need, or with arguments
+# those packages instead (without their recommended extras: the Windows build's list). Skips
+# apt when all are present.
 set -euo pipefail
 packages=(
   build-essential cmake pkg-config
@@ -10,6 +11,10 @@ packages=(
   dvdauthor ffmpeg genisoimage libdvdnav-dev
   clang libclang-rt-dev
 )
+recommends=()
+if (($#)); then
+  packages=("$@"); recommends=(--no-install-recommends)
+fi
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
@@ -17,5 +22,5 @@ done
 if ((${#missing[@]})); then
   sudo=""; [ "$(id -u)" = 0 ] || sudo="sudo"
   $sudo apt-get update -qq
-  DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq "${missing[@]}"
+  DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq "${recommends[@]}" "${missing[@]}"
 fi
