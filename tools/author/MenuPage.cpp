@@ -231,31 +231,20 @@ void RenderMenuPage(const MenuPage& page) {
                                     TolvexMenuMaskLastError());
 }
 
-void WriteButtonPicture(const std::string& mask, Rgb colour, const std::string& png) {
-  GError* error = nullptr;
-  Pixbuf in(gdk_pixbuf_new_from_file(mask.c_str(), &error));
-  if (!in) {
-    if (error) g_error_free(error);
-    throw ToolError(mask, "cannot read the mask");
-  }
-  const int w = gdk_pixbuf_get_width(in.get()), h = gdk_pixbuf_get_height(in.get());
-  const int channels = gdk_pixbuf_get_n_channels(in.get());
-  const int stride = gdk_pixbuf_get_rowstride(in.get());
-  const guchar* pixels = gdk_pixbuf_read_pixels(in.get());
-  Pixbuf out(gdk_pixbuf_new(GDK_COLORSPACE_RGB, TRUE, 8, w, h));
+void WriteButtonPicture(const MaskAreas& mask, Rgb colour, const std::string& png) {
+  Pixbuf out(gdk_pixbuf_new(GDK_COLORSPACE_RGB, TRUE, 8, mask.width, mask.height));
   if (!out) throw ToolError(png, "out of memory");
   guchar* target = gdk_pixbuf_get_pixels(out.get());
   const int outStride = gdk_pixbuf_get_rowstride(out.get());
-  for (int y = 0; y < h; ++y)
-    for (int x = 0; x < w; ++x) {
-      const guchar* p = pixels + y * stride + x * channels;
+  for (int y = 0; y < mask.height; ++y)
+    for (int x = 0; x < mask.width; ++x) {
       guchar* q = target + y * outStride + x * 4;
-      const bool marked = p[0] > 127 || p[1] > 127 || p[2] > 127;
       q[0] = static_cast<guchar>(colour.r);
       q[1] = static_cast<guchar>(colour.g);
       q[2] = static_cast<guchar>(colour.b);
-      q[3] = marked ? 255 : 0;
+      q[3] = mask.Marked(x, y) ? 255 : 0;
     }
+  GError* error = nullptr;
   if (!gdk_pixbuf_save(out.get(), png.c_str(), "png", &error, nullptr)) {
     std::string why = error ? error->message : "cannot write";
     if (error) g_error_free(error);

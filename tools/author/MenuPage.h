@@ -6,6 +6,7 @@
 #ifndef TOLVEX_TOOLS_AUTHOR_MENUPAGE_H
 #define TOLVEX_TOOLS_AUTHOR_MENUPAGE_H
 
+#include "tools/preview/MaskAreas.h"
 #include "tools/author/Navigation.h"
 #include "tools/author/Video.h"
 
@@ -58,7 +59,7 @@ void RenderMenuPage(const MenuPage& page);
 
 // Writes `png`: the mask's marked pixels in `colour`, everything else transparent, as spumux
 // takes a highlight or select picture.
-void WriteButtonPicture(const std::string& mask, Rgb colour, const std::string& png);
+void WriteButtonPicture(const MaskAreas& mask, Rgb colour, const std::string& png);
 
 }  // namespace menutool::author
 

@@ -225,14 +225,15 @@ int RunAuthor(const AuthorOptions& options) {
       rects.push_back(button.nav.rect);
       nav.push_back(button.nav);
     }
-    const std::vector<PixelBox> areas = ButtonAreas(rects, ReadMaskAreas(pages[p].mask));
+    const MaskAreas mask = ReadMaskAreas(pages[p].mask);
+    const std::vector<PixelBox> areas = ButtonAreas(rects, mask);
     const PlayerView shown{areas, 0, static_cast<unsigned char>(highlight.r),
                            static_cast<unsigned char>(highlight.g),
                            static_cast<unsigned char>(highlight.b)};
     WritePreview(pages[p].picture, pages[p].mask, (menus / (name + "-preview.png")).string(),
                  &shown);
-    WriteButtonPicture(pages[p].mask, highlight, (menus / (name + "-highlight.png")).string());
-    WriteButtonPicture(pages[p].mask, select, (menus / (name + "-select.png")).string());
+    WriteButtonPicture(mask, highlight, (menus / (name + "-highlight.png")).string());
+    WriteButtonPicture(mask, select, (menus / (name + "-select.png")).string());
     MakeMenuStill(tools.ffmpeg, pages[p].picture, pages[p].music, standard,
                   (menus / (name + ".mpg")).string());
     const std::string xml = name + "-spumux.xml";
