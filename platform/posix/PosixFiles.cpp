@@ -82,10 +82,11 @@ bool TimesTrusted(int fd) {
   }
 }
 
-// Reads all of `path`; also reports its mode when `mode` is given and stamps it when `stamp`
-// is. O_NONBLOCK keeps the open of a FIFO from waiting for a writer; the file is then
+// Reads all of `path`, refused when over `limit` bytes; also reports its mode when `mode` is
+// given and stamps it when `stamp` is. O_NONBLOCK keeps the open of a FIFO from waiting for a writer; the file is then
 // refused, as is anything else that is not a regular file (/dev/zero would never end).
-Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode, FileStamp* stamp) {
+Status ReadAll(const std::string& path, uint64_t limit, std::string* bytes, mode_t* mode,
+               FileStamp* stamp) {
   const int64_t takenNs = stamp ? Now() : 0;
   int fd = sys::Open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY);
   if (fd < 0) return StatusFromErrno(errno);
@@ -93,7 +94,7 @@ Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode, FileSt
   int error = ::fstat(fd, &info) != 0 ? errno : 0;
   if (error == 0 && S_ISDIR(info.st_mode)) error = EISDIR;
   if (error == 0 && !S_ISREG(info.st_mode)) error = EINVAL;
-  if (error == 0 && static_cast<uint64_t>(info.st_size) > kMaxProfileBytes) error = EFBIG;
+  if (error == 0 && static_cast<uint64_t>(info.st_size) > limit) error = EFBIG;
   if (error != 0) {
     sys::CloseQuietly(fd);
     return StatusFromErrno(error);
@@ -111,7 +112,7 @@ Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode, FileSt
   size_t filled = 0;
   for (;;) {
     if (filled == bytes->size()) {
-      if (filled > kMaxProfileBytes) {
+      if (filled > limit) {
         sys::CloseQuietly(fd);
         bytes->clear();
         return StatusFromErrno(EFBIG);
@@ -128,15 +129,23 @@ Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode, FileSt
     if (got == 0) break;
     filled += static_cast<size_t>(got);
   }
-  bytes->resize(filled);
   ::close(fd);
+  if (filled > limit) {  // it grew while it was read
+    bytes->clear();
+    return StatusFromErrno(EFBIG);
+  }
+  bytes->resize(filled);
   return Status::Ok();
 }
 
 }  // namespace
 
 Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp) {
-  return ReadAll(path, bytes, nullptr, stamp);
+  return ReadAll(path, kMaxProfileBytes, bytes, nullptr, stamp);
+}
+
+Status ReadFileUpTo(const std::string& path, uint64_t limit, std::string* bytes) {
+  return ReadAll(path, limit, bytes, nullptr, nullptr);
 }
 
 Status StampFile(const std::string& path, FileStamp* stamp) {
@@ -203,7 +212,7 @@ Status CopyFile(const std::string& source, const std::string& target, bool failI
   std::string bytes;
   mode_t mode = 0;
   // The source needs no lock: writers replace it atomically, so any read sees a whole file.
-  Status status = ReadAll(source, &bytes, &mode, nullptr);
+  Status status = ReadAll(source, kMaxProfileBytes, &bytes, &mode, nullptr);
   if (!status.ok()) return status;
 
   std::string resolved;

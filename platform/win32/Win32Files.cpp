@@ -83,9 +83,9 @@ bool TimesTrusted(HANDLE file) {
   return !GetFileInformationByHandleEx(file, FileRemoteProtocolInfo, &remote, sizeof remote);
 }
 
-// Reads all of `path`; also reports its attributes when `attributes` is given and stamps it
-// when `stamp` is. Only files on a disk are read: a pipe or a device is refused at once.
-Status ReadAll(const std::string& path, std::string* bytes, DWORD* attributes,
+// Reads all of `path`, refused when over `limit` bytes; also reports its attributes when
+// `attributes` is given and stamps it when `stamp` is. Only files on a disk are read: a pipe or a device is refused at once.
+Status ReadAll(const std::string& path, uint64_t limit, std::string* bytes, DWORD* attributes,
                FileStamp* stamp) {
   const int64_t takenNs = stamp ? Now() : 0;
   const std::wstring wide = win32::Wide(path);
@@ -99,7 +99,7 @@ Status ReadAll(const std::string& path, std::string* bytes, DWORD* attributes,
   if (GetFileType(file.get()) != FILE_TYPE_DISK) return StatusFromWin32(ERROR_INVALID_PARAMETER);
   LARGE_INTEGER size;
   if (!GetFileSizeEx(file.get(), &size)) return LastError();
-  if (static_cast<uint64_t>(size.QuadPart) > kMaxProfileBytes)
+  if (static_cast<uint64_t>(size.QuadPart) > limit)
     return StatusFromWin32(ERROR_FILE_TOO_LARGE);
   if (attributes) *attributes = kind == INVALID_FILE_ATTRIBUTES ? 0 : kind;
   if (stamp) {
@@ -112,7 +112,7 @@ Status ReadAll(const std::string& path, std::string* bytes, DWORD* attributes,
   DWORD chunk = size.QuadPart > 0 ? static_cast<DWORD>(size.QuadPart) + 1 : 65536;
   size_t filled = 0;
   for (;;) {
-    if (filled > kMaxProfileBytes) {
+    if (filled > limit) {
       bytes->clear();
       return StatusFromWin32(ERROR_FILE_TOO_LARGE);
     }
@@ -147,7 +147,11 @@ Status IdentifyFolder(const std::string& folder, uint64_t* device, uint64_t* ind
 }  // namespace
 
 Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp) {
-  return ReadAll(path, bytes, nullptr, stamp);
+  return ReadAll(path, kMaxProfileBytes, bytes, nullptr, stamp);
+}
+
+Status ReadFileUpTo(const std::string& path, uint64_t limit, std::string* bytes) {
+  return ReadAll(path, limit, bytes, nullptr, nullptr);
 }
 
 Status StampFile(const std::string& path, FileStamp* stamp) {
@@ -205,7 +209,7 @@ Status CopyFile(const std::string& source, const std::string& target, bool failI
   std::string bytes;
   DWORD attributes = 0;
   // The source needs no lock: writers replace it atomically, so any read sees a whole file.
-  Status status = ReadAll(source, &bytes, &attributes, nullptr);
+  Status status = ReadAll(source, kMaxProfileBytes, &bytes, &attributes, nullptr);
   if (!status.ok()) return status;
 
   FolderLock lock;
