@@ -5,7 +5,6 @@
 
 #include <tolvex/Profile.h>
 
-
 #include <cstdint>
 #include <cstdlib>
 #include <vector>
