@@ -70,7 +70,8 @@ struct Fields<tagRECT> {
   }
   static tagRECT Take(const Values& in, std::size_t* at) {
     tagRECT r{};
-    for (int32_t* edge : {&r.left, &r.top, &r.right, &r.bottom})
+    // The fields are LONG: int on Linux, long on Windows (32 bits on both).
+    for (auto* edge : {&r.left, &r.top, &r.right, &r.bottom})
       *edge = static_cast<int32_t>(in[(*at)++].number);
     return r;
   }
