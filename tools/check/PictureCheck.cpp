@@ -65,7 +65,7 @@ std::optional<std::string> PictureProblem(const std::string& path) {
   if (info.size > render::kMaxPictureBytes)
     return "is " + SizeText(static_cast<long long>(info.size)) + ", " + tooLarge;
   std::string bytes;
-  const auto read = os::ReadFileUpTo(path, render::kMaxPictureBytes, &bytes);
+  const auto read = os::ReadWholeFile(path, &bytes, nullptr, render::kMaxPictureBytes);
   if (read.code() == StatusCode::kNoSpace) return "has grown to " + tooLarge;
   if (!read.ok()) return ReadProblem(read);
 

@@ -66,7 +66,7 @@ std::string ReadBoundedInput(const std::string& name, std::size_t limit, const c
   // The read opens the name without waiting and takes only a regular file, should the name have
   // been swapped for a FIFO or a device since the look.
   std::string bytes;
-  const auto read = os::ReadFileUpTo(name, limit, &bytes);
+  const auto read = os::ReadWholeFile(name, &bytes, nullptr, limit);
   if (read.code() == StatusCode::kNoSpace) throw ToolError(name, TooMuch(limit, what));
   if (read.code() == StatusCode::kInvalidArgument) throw ToolError(name, "is not a regular file");
   if (read.code() == StatusCode::kIsDirectory) throw ToolError(name, KindProblem(os::PathKind::kFolder));
