@@ -2,13 +2,12 @@
 #include "tools/check/PictureCheck.h"
 
 #include "tools/io/Reason.h"
+#include "tools/picture/PixelFile.h"
 
 #include "platform/Os.h"
 #include "renderer/InputFile.h"
 #include "renderer/Picture.h"
 #include "renderer/PictureHeader.h"
-
-#include <gdk-pixbuf/gdk-pixbuf.h>
 
 #include <filesystem>
 
@@ -48,12 +47,6 @@ std::string ReadProblem(const tolvex::platform::Status& read) {
   return "cannot be read: " + Reason(read);
 }
 
-// A decoder may end a picture that stops early without an error; the rows it delivered tell
-// (an interlaced picture delivers some rows more than once).
-void OnAreaUpdated(GdkPixbufLoader*, int, int, int, int height, gpointer rows) {
-  *static_cast<long long*>(rows) += height;
-}
-
 }  // namespace
 
 std::optional<std::string> PictureProblem(const std::string& path) {
@@ -78,27 +71,7 @@ std::optional<std::string> PictureProblem(const std::string& path) {
            " pixels, more than a picture may have";
   if (!header.dataProblem.empty()) return header.dataProblem;
 
-  GError* error = nullptr;
-  GdkPixbufLoader* loader =
-      gdk_pixbuf_loader_new_with_type(render::LoaderName(header.format), &error);
-  if (!loader) {
-    std::string problem = std::string("cannot be decoded: ") + (error ? error->message : "");
-    if (error) g_error_free(error);
-    return problem;
-  }
-  long long rows = 0;
-  g_signal_connect(loader, "area-updated", G_CALLBACK(OnAreaUpdated), &rows);
-  bool decoded = gdk_pixbuf_loader_write(loader, reinterpret_cast<const guchar*>(bytes.data()),
-                                         bytes.size(), &error);
-  decoded = gdk_pixbuf_loader_close(loader, decoded ? &error : nullptr) && decoded;
-  GdkPixbuf* pixels = gdk_pixbuf_loader_get_pixbuf(loader);
-  const bool whole = decoded && pixels && rows >= gdk_pixbuf_get_height(pixels);
-  std::optional<std::string> problem;
-  if (!whole)
-    problem = std::string("is truncated or corrupt") + (error ? std::string(": ") + error->message : "");
-  if (error) g_error_free(error);
-  g_object_unref(loader);
-  return problem;
+  return DecodeProblem(bytes, header.format);
 }
 
 std::optional<std::string> InputFileProblem(const std::string& path) {
