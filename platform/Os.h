@@ -157,6 +157,11 @@ Status MakePrivateFolder(const std::string& prefix, std::string* folder);
 // Whether the standard output of this process goes to a terminal (a console on Windows).
 bool StandardOutputIsTerminal();
 
+// Makes the standard input, output and error of this process carry bytes as they are, with no
+// line ends translated (Windows' text mode writes "\r\n" for "\n" and ends input at a
+// Ctrl-Z), so that a program's output and its input are the same bytes on every system.
+void UseBinaryStandardStreams();
+
 // An exclusive lock shared by every writer of the files of one folder, in this and in other
 // processes. Released by the destructor, on whatever thread it runs (in a forked child it
 // only lets go of the child's copy). Within one thread it is re-entrant: a thread that

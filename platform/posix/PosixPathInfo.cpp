@@ -1,6 +1,6 @@
 // The POSIX implementation of the seam's looks at a path before it is used: what it names,
-// whether this process may read or write it, a private temporary folder, and whether the
-// output is a terminal. Stateless; safe from any thread.
+// whether this process may read or write it, a private temporary folder, and the standard
+// streams. Stateless; safe from any thread.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -72,5 +72,8 @@ Status MakePrivateFolder(const std::string& prefix, std::string* folder) {
 }
 
 bool StandardOutputIsTerminal() { return ::isatty(STDOUT_FILENO) == 1; }
+
+// POSIX streams never translate line ends.
+void UseBinaryStandardStreams() {}
 
 }  // namespace tolvex::platform::os

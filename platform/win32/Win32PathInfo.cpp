@@ -1,13 +1,17 @@
 // The Windows implementation of the seam's looks at a path before it is used: what it names,
-// whether this process may read or write it, a private temporary folder, and whether the
-// output is a console. Stateless; safe from any thread.
+// whether this process may read or write it, a private temporary folder, and the standard
+// streams. Stateless; safe from any thread.
 //
 // A path is looked at through a handle opened for no access at all, which neither reads the
 // file nor stands in the way of anyone; the handle's type tells a file on a disk from a pipe
 // or a device (NUL, CON, COM1), which have no attributes of their own.
 #include <windows.h>
 
+#include <fcntl.h>
+#include <io.h>
+
 #include <atomic>
+#include <cstdio>
 #include <string>
 
 #include "platform/Os.h"
@@ -124,6 +128,10 @@ Status MakePrivateFolder(const std::string& prefix, std::string* folder) {
 bool StandardOutputIsTerminal() {
   DWORD mode = 0;
   return GetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), &mode) != 0;
+}
+
+void UseBinaryStandardStreams() {
+  for (FILE* stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
 }
 
 }  // namespace tolvex::platform::os

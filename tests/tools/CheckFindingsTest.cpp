@@ -61,7 +61,8 @@ TEST(CheckCommand, ReportsErrorsAndWarningsOneLineEach) {
        "[NumOfButton3]\n" + Button(2, 100, 100, 140, 140) + Button(3, 700, 400, 760, 470) +
        Button(4, 190, 100, 180, 140),
        {"2", "warning: buttons.current: 3 is above the maximum 2",
-        "error: background: 'gone.png' does not exist (looked for " + dir.File("gone.png") + ")",
+        "error: background: 'gone.png' does not exist (looked for " +
+            std::filesystem::path(dir.File("gone.png")).make_preferred().string() + ")",
         "warning: title: 100 characters, of which only the first 79 are read back",
         "error: layout 2, button 2: overlaps the button 1",
         "warning: layout 2, button 2, frame.picture: ButtonFrameBmp3 holds \"default\", which "
