@@ -30,7 +30,7 @@ TemplatePath::TemplatePath(std::string given) : m_given(std::move(given)) {
 }
 
 std::string TemplatePath::Resolve(const std::string& name) const {
-  // A name with a root ("/x", and on Windows "C:\x", "\\server\x" and "\\x") stays as it is.
+  // A name with a root ("/x", and on Windows "C:\x", "\\server\x" and "\x") stays as it is.
   if (name.empty() || fs::path(name).has_root_path()) return name;
   return (fs::path(m_folder) / name).lexically_normal().string();
 }
