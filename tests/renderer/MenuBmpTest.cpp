@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "renderer/RenderTestSupport.h"
+#include "renderer/TitleText.h"
 #include "support/Environment.h"
 
 namespace tolvex::test {
@@ -145,6 +146,27 @@ TEST_F(MenuBmp, StyleFlagsChangeTheInkAndUnknownFontsFallBack) {
   EXPECT_NE(ink("DejaVu Sans", "Italic").bounds.right, plain.bounds.right);
   EXPECT_GT(ink("DejaVu Sans", "Underline").bounds.bottom, plain.bounds.bottom);
   EXPECT_EQ(ink("No Such Font 12345", "").count, plain.count);
+}
+
+TEST_F(MenuBmp, TitleInkIsWhereTheTitleIsDrawnInTheFontReallyUsed) {
+  render::Title title;
+  title.text = "Qjy \xc9t\xe9";  // descenders and accents, in Windows-1252
+  title.hasPosition = true, title.x = 101, title.y = 47, title.sizePx = 37, title.italic = true;
+  title.underline = true;
+  title.fontName = "No Such Font 12345";
+  tpl.Page({{"BackgroundTitle", title.text}, {"BackgroundTitleFont_Name", title.fontName},
+            {"BackgroundTitlePosition_x", "101"}, {"BackgroundTitlePosition_y", "47"},
+            {"BackgroundTitleFont_Size", "37"}, {"BackgroundTitleFont_Italic", "TRUE"},
+            {"BackgroundTitleFont_Underline", "TRUE"}});
+  const Ink drawn = FindInk(Render(), {0, 0, 720, 480}, kBlack, kWhite);
+  const render::Rect ink = TitleInk(title, render::Rect{0, 0, 720, 480});
+  // Each side as measured, give or take the faintest edge of anti-aliasing.
+  const Box& b = drawn.bounds;
+  EXPECT_NEAR(b.left, ink.left, 1);
+  EXPECT_NEAR(b.top, ink.top, 1);
+  EXPECT_NEAR(b.right, ink.right, 1);
+  EXPECT_NEAR(b.bottom, ink.bottom, 1);
+  EXPECT_EQ(render::FontFamilyUsed(title), "DejaVu Sans");
 }
 
 TEST_F(MenuBmp, DefaultOutputIsRecordedAndANamedOneKept) {
