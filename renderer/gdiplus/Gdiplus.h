@@ -11,14 +11,15 @@
 // clang-format on
 
 #include <memory>
-
-#include "renderer/Status.h"
+#include <string>
 
 namespace tolvex::render {
 
-// kDrawingFailed, with the reason, when GDI+ cannot be started; at most one start is tried.
-// Thread-safe.
-Status StartGdiplus();
+// Gdiplus::Ok, or why GDI+ cannot be started; at most one start is tried. Thread-safe.
+Gdiplus::Status StartGdiplus();
+
+// "GDI+ status 7": a GDI+ status for a reason.
+std::string GdiplusStatusText(Gdiplus::Status status);
 
 using BitmapPtr = std::unique_ptr<Gdiplus::Bitmap>;
 

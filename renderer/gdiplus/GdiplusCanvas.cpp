@@ -43,7 +43,9 @@ Canvas::Canvas(std::unique_ptr<Surface> surface) : m_surface(std::move(surface))
 Canvas::~Canvas() = default;
 
 Status Canvas::Create(int width, int height, std::unique_ptr<Canvas>* out) {
-  if (const Status s = StartGdiplus(); s != Status::kOk) return s;
+  if (const Gdiplus::Status started = StartGdiplus(); started != Gdiplus::Ok) {
+    return Fail(Status::kDrawingFailed, "cannot start " + GdiplusStatusText(started));
+  }
   auto surface = std::make_unique<Surface>();
   surface->bitmap.reset(new Gdiplus::Bitmap(width, height, PixelFormat32bppRGB));
   if (surface->bitmap->GetLastStatus() != Gdiplus::Ok) {
@@ -103,8 +105,7 @@ Status Canvas::Finish() {
   Surface& surface = *m_surface;
   surface.graphics.reset();
   if (surface.failed != Gdiplus::Ok) {
-    return Fail(Status::kDrawingFailed, "drawing failed: GDI+ status " +
-                                            std::to_string(static_cast<int>(surface.failed)));
+    return Fail(Status::kDrawingFailed, "drawing failed: " + GdiplusStatusText(surface.failed));
   }
   const int width = static_cast<int>(surface.bitmap->GetWidth());
   const int height = static_cast<int>(surface.bitmap->GetHeight());
@@ -120,8 +121,8 @@ Status Canvas::Finish() {
       &all, Gdiplus::ImageLockModeRead | Gdiplus::ImageLockModeUserInputBuf, PixelFormat32bppRGB,
       &data);
   if (locked != Gdiplus::Ok) {
-    return Fail(Status::kDrawingFailed, "cannot read the menu canvas: GDI+ status " +
-                                            std::to_string(static_cast<int>(locked)));
+    return Fail(Status::kDrawingFailed,
+                "cannot read the menu canvas: " + GdiplusStatusText(locked));
   }
   surface.bitmap->UnlockBits(&data);
   return Status::kOk;

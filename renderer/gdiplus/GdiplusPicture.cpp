@@ -20,10 +20,6 @@ struct StreamRelease {
 };
 using StreamPtr = std::unique_ptr<IStream, StreamRelease>;
 
-std::string StatusText(Gdiplus::Status status) {
-  return "GDI+ status " + std::to_string(static_cast<int>(status));
-}
-
 // A bitmap of `width` x `height` in the premultiplied 32-bit format everything is drawn in.
 Status NewBitmap(int width, int height, BitmapPtr* out) {
   BitmapPtr bitmap(new Gdiplus::Bitmap(width, height, PixelFormat32bppPARGB));
@@ -50,7 +46,8 @@ Status Transfer(Gdiplus::Bitmap* bitmap, Pixels32* pixels, bool write) {
   const Gdiplus::Status locked = bitmap->LockBits(&all, mode, PixelFormat32bppPARGB, &data);
   if (locked == Gdiplus::Ok) bitmap->UnlockBits(&data);
   if (locked != Gdiplus::Ok) {
-    return Fail(Status::kDrawingFailed, "cannot reach a picture's pixels: " + StatusText(locked));
+    return Fail(Status::kDrawingFailed,
+                "cannot reach a picture's pixels: " + GdiplusStatusText(locked));
   }
   return Status::kOk;
 }
@@ -114,7 +111,9 @@ Status Encode(Gdiplus::Bitmap* picture, const CLSID& encoder, const std::string&
 }  // namespace
 
 Status LoadPicture(const std::string& path, BitmapPtr* out) {
-  if (const Status s = StartGdiplus(); s != Status::kOk) return s;
+  if (const Gdiplus::Status started = StartGdiplus(); started != Gdiplus::Ok) {
+    return Fail(Status::kDrawingFailed, "cannot start " + GdiplusStatusText(started));
+  }
   PictureFile file;
   if (const Status s = ReadPictureFile(path, &file); s != Status::kOk) return s;
   StreamPtr stream(SHCreateMemStream(reinterpret_cast<const BYTE*>(file.bytes.data()),
@@ -126,7 +125,7 @@ Status LoadPicture(const std::string& path, BitmapPtr* out) {
   if (!decoded || decoded->GetLastStatus() != Gdiplus::Ok) {
     const Gdiplus::Status why = decoded ? decoded->GetLastStatus() : Gdiplus::OutOfMemory;
     return Fail(Status::kPictureUnreadable,
-                "cannot decode picture " + path + ": corrupt (" + StatusText(why) + ")");
+                "cannot decode picture " + path + ": corrupt (" + GdiplusStatusText(why) + ")");
   }
   const int width = static_cast<int>(decoded->GetWidth());
   const int height = static_cast<int>(decoded->GetHeight());
@@ -141,7 +140,7 @@ Status LoadPicture(const std::string& path, BitmapPtr* out) {
   const Gdiplus::Status drawn = graphics.DrawImage(decoded.get(), 0, 0, width, height);
   if (drawn != Gdiplus::Ok) {
     return Fail(Status::kPictureUnreadable,
-                "cannot decode picture " + path + ": corrupt (" + StatusText(drawn) + ")");
+                "cannot decode picture " + path + ": corrupt (" + GdiplusStatusText(drawn) + ")");
   }
   *out = std::move(own);
   return Status::kOk;

@@ -1,14 +1,11 @@
 // The process's GDI+ session. GdiplusShutdown is never called: a DLL cannot call it safely
 // when it is unloaded (that runs under the loader lock, like DllMain), and the session's few
 // resources go with the process. GDI+ needs no display: it draws into memory bitmaps only.
-#include <string>
-
-#include "renderer/Failure.h"
 #include "renderer/gdiplus/Gdiplus.h"
 
 namespace tolvex::render {
 
-Status StartGdiplus() {
+Gdiplus::Status StartGdiplus() {
   // A function's static is initialised once, by the first thread that gets here, while the
   // others wait. (std::call_once would do the same, but its state lives in thread-local
   // variables of MinGW's libstdc++ that clang's code cannot reach.)
@@ -17,9 +14,11 @@ Status StartGdiplus() {
     ULONG_PTR token = 0;
     return Gdiplus::GdiplusStartup(&token, &input, nullptr);
   }();
-  if (started == Gdiplus::Ok) return Status::kOk;
-  return Fail(Status::kDrawingFailed,
-              "cannot start GDI+ (status " + std::to_string(static_cast<int>(started)) + ")");
+  return started;
+}
+
+std::string GdiplusStatusText(Gdiplus::Status status) {
+  return "GDI+ status " + std::to_string(static_cast<int>(status));
 }
 
 }  // namespace tolvex::render

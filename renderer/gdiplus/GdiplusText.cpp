@@ -150,7 +150,7 @@ struct TitleLayout {
 
 // Lays `title` out as TitleText.h says, on `area`; false when there is nothing to draw.
 bool LayOut(const Title& title, const Rect& area, TitleLayout* layout) {
-  if (title.text.empty() || StartGdiplus() != Status::kOk) return false;
+  if (title.text.empty() || StartGdiplus() != Gdiplus::Ok) return false;
   const std::wstring familyName = ChooseFamily(title.fontName);
   if (familyName.empty()) return false;
   layout->family = std::make_unique<Gdiplus::FontFamily>(familyName.c_str());
@@ -268,7 +268,7 @@ Rect TitleInk(const Title& title, const Rect& area) {
 }
 
 std::string FontFamilyUsed(const Title& title) {
-  if (StartGdiplus() != Status::kOk) return std::string();
+  if (StartGdiplus() != Gdiplus::Ok) return std::string();
   const std::wstring family = ChooseFamily(title.fontName);
   if (family.empty()) return std::string();
   const int size = static_cast<int>(family.size());
