@@ -15,7 +15,8 @@ namespace tolvex::render {
 
 // Pictures whose header claims more pixels than this, or a side longer than kMaxPictureSide,
 // are refused before decoding. A 6000 x 4000 camera photo fits; a PNG or BMP this large takes
-// about 100 MB while it is decoded, a JPEG far less (it is decoded at the size drawn).
+// about 100 MB while it is decoded (a JPEG far less where gdk-pixbuf decodes it at the size
+// drawn).
 inline constexpr int64_t kMaxPicturePixels = 25LL * 1000 * 1000;
 inline constexpr int64_t kMaxPictureSide = 16384;
 

@@ -20,8 +20,8 @@ inline constexpr const char* kDefaultFontFamily = "DejaVu Sans";
 // that is not valid UTF-8 is taken as Windows-1252, the application's code page.
 
 // The pixels Canvas::DrawTitle(title, area) paints into, laid out the same way: its ink box,
-// widened to whole pixels. Empty for an empty text. Used to find titles that are cut off or run over
-// something else before anything is drawn.
+// widened to whole pixels. Empty for an empty text. Used to find titles that are cut off or run
+// over something else before anything is drawn.
 Rect TitleInk(const Title& title, const Rect& area);
 
 // The font family the title is drawn with: the named one when it is installed, otherwise the

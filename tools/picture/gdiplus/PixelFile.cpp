@@ -1,22 +1,13 @@
 // Picture files as pixels with GDI+ (see PixelFile.h): decoded from the file's bytes in
-// memory, PNGs written through GDI+'s PNG encoder into a memory stream. GDI+ is started once,
-// on first use, and left running for the life of the process.
+// memory, PNGs written through GDI+'s PNG encoder into a memory stream, in the renderer's GDI+
+// session (renderer/gdiplus/Gdiplus.h), which the tool builds in with the renderer's text.
 #include "tools/picture/PixelFile.h"
 
 #include "platform/Os.h"
 #include "renderer/InputFile.h"
+#include "renderer/gdiplus/Gdiplus.h"
 
-#include <windows.h>
-#include <objidl.h>
 #include <shlwapi.h>
-
-#include <algorithm>
-// GDI+'s headers use min and max, which NOMINMAX keeps <windows.h> from defining.
-namespace Gdiplus {
-using std::max;
-using std::min;
-}  // namespace Gdiplus
-#include <gdiplus.h>
 
 #include <memory>
 #include <vector>
@@ -29,14 +20,7 @@ using Gdiplus::GpBitmap;
 using Gdiplus::GpImage;
 using Gdiplus::GpStatus;
 
-bool Started() {
-  static const bool started = [] {
-    ULONG_PTR token = 0;
-    Gdiplus::GdiplusStartupInput input;
-    return Gdiplus::GdiplusStartup(&token, &input, nullptr) == Gdiplus::Ok;
-  }();
-  return started;
-}
+bool Started() { return tolvex::render::StartGdiplus() == Gdiplus::Ok; }
 
 struct StreamRelease {
   void operator()(IStream* stream) const { stream->Release(); }
@@ -49,7 +33,7 @@ struct BitmapDispose {
 using Bitmap = std::unique_ptr<GpBitmap, BitmapDispose>;
 
 std::string Failed(const char* what, GpStatus status) {
-  return std::string(what) + " (GDI+ status " + std::to_string(static_cast<int>(status)) + ")";
+  return std::string(what) + " (" + tolvex::render::GdiplusStatusText(status) + ")";
 }
 
 // Decodes `bytes` whole into `out` (when given); the reason when it cannot.
