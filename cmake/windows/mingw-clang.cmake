@@ -41,5 +41,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(ENV{PKG_CONFIG_LIBDIR} "${TOLVEX_MINGW_SYSROOT}/lib/pkgconfig")
 set(ENV{PKG_CONFIG_PATH} "")
 
+# This file, for projects that the tests configure with it (tests/package).
+set(TOLVEX_TOOLCHAIN_FILE ${CMAKE_CURRENT_LIST_FILE})
+
 # Tests run under Wine (see wine-run.sh).
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/wine-run.sh)
