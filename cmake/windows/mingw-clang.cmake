@@ -29,6 +29,10 @@ set(CMAKE_EXE_LINKER_FLAGS_INIT "-L${TOLVEX_MINGW_GCC_DIR}")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-L${TOLVEX_MINGW_GCC_DIR}")
 set(CMAKE_MODULE_LINKER_FLAGS_INIT "-L${TOLVEX_MINGW_GCC_DIR}")
 set(CMAKE_CXX_STANDARD_LIBRARIES "-lpthread" CACHE STRING "")
+# The DLLs of that C++ library that every program and DLL of the build loads; an installed
+# tree carries them beside its own (TolvexInstall.cmake).
+set(TOLVEX_MINGW_RUNTIME_DLLS ${TOLVEX_MINGW_GCC_DIR}/libstdc++-6.dll
+  ${TOLVEX_MINGW_GCC_DIR}/libgcc_s_seh-1.dll ${TOLVEX_MINGW_SYSROOT}/lib/libwinpthread-1.dll)
 
 # Roots given on the command line (-DCMAKE_FIND_ROOT_PATH=<prefix>: a prefix our Windows
 # package is installed in, for a project that uses it) are searched as well as MinGW's.
