@@ -130,7 +130,8 @@ TEST_F(ApplyCommand, HostileDocumentsGiveOneShortEscapedLineAndChangeNothing) {
     // One line of at most a few hundred bytes, without a control character a terminal would
     // act on.
     EXPECT_LT(result.err.size(), 300u) << result.err.substr(0, 300);
-    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err.substr(0, 300);
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1)
+        << result.err.substr(0, 300);
     EXPECT_EQ(result.err.find('\x1b'), std::string::npos) << result.err.substr(0, 300);
   }
   EXPECT_EQ(ReadFile(file), before);

@@ -22,10 +22,6 @@ constexpr int kReadyVideo = 2;  // made as DVD MPEG-2, used as it is
 constexpr int kPageButtons[] = {5, 4};  // numbered buttons, then previous and next
 constexpr Rgb8 kSelected{255, 220, 0}, kActivated{0, 200, 255};
 
-bool Shell(const std::string& folder, const std::string& command) {
-  return std::system(("cd '" + folder + "' && " + command + " >/dev/null 2>&1").c_str()) == 0;
-}
-
 // The page a menu is, known by its button count.
 int PageOf(const Menu& menu) { return menu.buttons == kPageButtons[0] ? 1 : menu.buttons ? 2 : 0; }
 

@@ -25,11 +25,8 @@ namespace fs = std::filesystem;
 // A page with one button and its video, in `dir`.
 void MakePageAndVideo(const TempDir& dir, double seconds = 0.3) {
   ASSERT_EQ(RunTool({"new", "page.ini", "--buttons", "1"}, dir.path()).status, 0);
-  ASSERT_EQ(std::system(("cd '" + dir.path() +
-                         "' && ffmpeg -v error -f lavfi -i testsrc=r=30000/1001:s=320x240:d=" +
-                         std::to_string(seconds) + " v.mp4")
-                            .c_str()),
-            0);
+  ASSERT_TRUE(Shell(dir.path(), "ffmpeg -v error -f lavfi -i testsrc=r=30000/1001:s=320x240:d=" +
+                                    std::to_string(seconds) + " v.mp4"));
 }
 
 // Whatever goes wrong, a run is ended after this many seconds, so that a test fails instead of
@@ -193,10 +190,8 @@ TEST(AuthorSafety, NamesAreDataAndTheEnvironmentIsTheTools) {
   // dvdauthor runs a name ending in '|' through a shell; ffmpeg reads "concat:" as a protocol.
   const std::string command = "a;cd ..;touch PWNED;|";
   const std::string odd = "line\nbreak \xe9\x01.mp4";
-  ASSERT_EQ(std::system(("cd '" + dir.path() + "' && ffmpeg -v error -f lavfi -i "
-                         "testsrc=r=30000/1001:d=0.3 -s 720x480 -target ntsc-dvd dvd.mpg")
-                            .c_str()),
-            0);
+  ASSERT_TRUE(Shell(dir.path(), "ffmpeg -v error -f lavfi -i testsrc=r=30000/1001:d=0.3 "
+                                "-s 720x480 -target ntsc-dvd dvd.mpg"));
   fs::copy_file(dir.File("dvd.mpg"), dir.File(command));
   fs::copy_file(dir.File("v.mp4"), dir.File(odd));
   setenv("VIDEO_FORMAT", "PAL", 1);

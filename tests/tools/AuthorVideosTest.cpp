@@ -24,10 +24,6 @@ struct Clip {
   std::string line;  // what author says of it
 };
 
-bool Shell(const std::string& folder, const std::string& command) {
-  return std::system(("cd '" + folder + "' && " + command + " >/dev/null 2>&1").c_str()) == 0;
-}
-
 std::string Make(const Clip& clip) {
   return "ffmpeg -v error -y " + clip.make + " '" + clip.name + "'";
 }
@@ -150,8 +146,8 @@ TEST(AuthoredVideos, PalDiscOfFourThreeTitlesFitsEveryShape) {
   };
   TempDir dir;
   const ToolResult run = AuthorClips(dir, clips, /*pal=*/true,
-                                     {"--aspect", "4:3", "--highlight", "255", "220", "0", "--select",
-                                      "0", "200", "255"});
+                                     {"--aspect", "4:3", "--highlight", "255", "220", "0",
+                                      "--select", "0", "200", "255"});
   SaysWhatItDidWithEachAndDvdauthorKeptEveryAspect(dir, run, clips);
   DvdPlayer player(dir.File("disc"));
   ASSERT_TRUE(player.ok());

@@ -38,10 +38,7 @@ std::string Title(int index, const std::string& text, int x, int y) {
 // A PNG header that claims 9000 x 9000 pixels and holds none (the checksum is not looked at
 // before the size).
 std::string HugePng() {
-  std::string png("\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR", 16);
-  for (uint32_t v : {9000u, 9000u})
-    for (int shift = 24; shift >= 0; shift -= 8) png += static_cast<char>(v >> shift);
-  return png + std::string("\x08\x02\0\0\0\0\0\0\0", 9);
+  return PngHeader(9000, 9000) + std::string("\x08\x02\0\0\0\0\0\0\0", 9);
 }
 
 // check prints each problem on one line with its severity; the exit status is the worst one.

@@ -130,10 +130,12 @@ TEST_F(PropertyCommand, ATextLongerThanWhatReadsBackWarnsAtOnce) {
     if (button) args.insert(args.end(), {"--button", "2"});
     const ToolResult set = Run(args);
     EXPECT_EQ(set.status, 0) << property;
-    EXPECT_EQ(set.err, warns ? "menutemplate: warning: " + property + (button ? " of button 2" : "") +
-                                   " has " + std::to_string(length) +
+    const std::string where = button ? " of button 2" : "";
+    EXPECT_EQ(set.err, warns ? "menutemplate: warning: " + property + where + " has " +
+                                   std::to_string(length) +
                                    " characters; only the first 79 are read back\n"
-                             : "") << property << " " << length;
+                             : "")
+        << property << " " << length;
   }
 }
 

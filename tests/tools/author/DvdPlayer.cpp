@@ -131,7 +131,8 @@ std::vector<Box> MaskPieces(const std::string& file) {
     return {};
   }
   const int w = gdk_pixbuf_get_width(mask.get()), h = gdk_pixbuf_get_height(mask.get());
-  const int n = gdk_pixbuf_get_n_channels(mask.get()), stride = gdk_pixbuf_get_rowstride(mask.get());
+  const int n = gdk_pixbuf_get_n_channels(mask.get());
+  const int stride = gdk_pixbuf_get_rowstride(mask.get());
   const guchar* pixels = gdk_pixbuf_read_pixels(mask.get());
   std::vector<char> seen(static_cast<size_t>(w) * h, 0);
   auto take = [&](int x, int y) {  // whether (x, y) is marked and not yet in a piece
@@ -151,7 +152,8 @@ std::vector<Box> MaskPieces(const std::string& file) {
         box.left = std::min(box.left, cx), box.top = std::min(box.top, cy);
         box.right = std::max(box.right, cx), box.bottom = std::max(box.bottom, cy);
         for (int d = 0; d < 9; ++d) {
-          if (take(cx + d % 3 - 1, cy + d / 3 - 1)) todo.push_back({cx + d % 3 - 1, cy + d / 3 - 1});
+          const int nx = cx + d % 3 - 1, ny = cy + d / 3 - 1;
+          if (take(nx, ny)) todo.push_back({nx, ny});
         }
       }
       pieces.push_back(box);
@@ -176,8 +178,9 @@ void ExpectDrawnIn(const DrawnHighlight& h, Rgb8 colour, const std::string& wher
   for (int k = 0; k < 4; ++k) {
     if (h.contrast[k] == 0) continue;
     ++shown;
-    EXPECT_TRUE(std::abs(h.colour[k].r - colour.r) <= 12 && std::abs(h.colour[k].g - colour.g) <= 12 &&
-                std::abs(h.colour[k].b - colour.b) <= 12)
+    const Rgb8& c = h.colour[k];
+    EXPECT_TRUE(std::abs(c.r - colour.r) <= 12 && std::abs(c.g - colour.g) <= 12 &&
+                std::abs(c.b - colour.b) <= 12)
         << where << ": " << Describe(h);
   }
   EXPECT_GT(shown, 0) << where << ": nothing is drawn: " << Describe(h);
