@@ -56,6 +56,13 @@ set-accepts-lone-cr | tools/page/Values.cpp | std::string("\\r\\n\\0", 3) | std:
 check-odd-bottom-ignored | tools/commands/CmdCheck.cpp | r.top % 2 \|\| r.bottom % 2 | r.top % 2 | menutemplate_tool_test
 apply-depth-limit-off | tools/commands/CmdApply.cpp | NestingDepth(text, kMaxDepth) > kMaxDepth | NestingDepth(text, kMaxDepth) > kMaxDepth + 1 | menutemplate_tool_test
 cp1252-0x81-lost | platform/Cp1252.cpp | 0x20AC, 0x0081, | 0x20AC, 0x003F, | platform_tests
+stamp-ignores-change-time | platform/Os.h | modifiedNs == other.modifiedNs && changedNs == other.changedNs | modifiedNs == other.modifiedNs | platform_tests
+copy-overwrites-when-told-not | platform/posix/PosixFiles.cpp | if (exists && failIfExists) return | if (exists && failIfExists && false) return | platform_tests
+set-warns-at-the-limit | tools/page/Properties.cpp | if (values[0].text.size() <= kept) return | if (values[0].text.size() < kept) return | menutemplate_tool_test
+check-absolute-output-not-warned | tools/commands/CmdCheck.cpp | if (relative.is_absolute() \|\| (!relative.empty() | if ((!relative.empty() | menutemplate_tool_test
+echo-escape-unnamed | tools/cli/Echo.cpp | case 0x1B: | case 0x1C: | menutemplate_tool_test
+author-area-is-the-rectangle | tools/author/ButtonAreas.cpp | areas[pair.button] = mask.pieces[pair.band]; | (void)areas; | menutemplate_author_test
+author-letterbox-unsaid | tools/author/VideoPlan.cpp | if (plan.pictureHeight < plan.frameHeight) to += " letterboxed"; | ; | menutemplate_author_test
 '
 # The binaries of the accessor tests.
 ACCESSORS="template_tests"
