@@ -18,7 +18,7 @@
 
 #include "renderer/OutputName.h"
 #include "renderer/BmpWriter.h"
-#include "renderer/Picture.h"
+#include "renderer/cairo/PixbufPicture.h"
 
 namespace {
 

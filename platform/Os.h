@@ -38,6 +38,7 @@ struct FileStamp {
   int64_t changedNs = 0;
   int64_t takenNs = 0;        // ReadWholeFile only: the system time just before it looked
   bool timesTrusted = false;  // set by ReadWholeFile only
+  bool readOnly = false;      // no write permission bit (POSIX), the read-only attribute (Windows)
   bool SameFileAs(const FileStamp& other) const {
     return device == other.device && inode == other.inode && size == other.size &&
            modifiedNs == other.modifiedNs && changedNs == other.changedNs;
@@ -49,6 +50,22 @@ struct FileStamp {
 // (a FIFO or device fails at once with kInvalidArgument); kNotFound when the file does not
 // exist, kIsDirectory for a folder, kNoSpace for a file over kMaxProfileBytes.
 Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp = nullptr);
+// The same with another limit than kMaxProfileBytes: kNoSpace for a file over `limit` bytes.
+Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp,
+                     uint64_t limit);
+
+// Reads the first `count` bytes of the regular file at `path` (fewer when it is shorter) with
+// the guards of ReadWholeFile, whatever the file's size, and stamps it when `stamp` is given.
+Status ReadFileStart(const std::string& path, size_t count, std::string* bytes,
+                     FileStamp* stamp = nullptr);
+
+// Path spelling of this system. The last separator of folders in `path` ('/', and '\\' on
+// Windows), or npos; whether `path` is absolute (not taken from a folder); the folder part of
+// `file` ("." when it has none, the root for a file in one); its last component.
+size_t LastSeparator(std::string_view path);
+bool IsAbsolutePath(std::string_view path);
+std::string FolderOf(const std::string& file);
+std::string BaseNameOf(const std::string& file);
 
 // Stamps `path` with one stat(), following links (takenNs and timesTrusted are left unset).
 Status StampFile(const std::string& path, FileStamp* stamp);

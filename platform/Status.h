@@ -67,6 +67,9 @@ std::string StatusText(const Status& status);
 // report errno values: the system's own where it is one, else the nearest to its code.
 int ErrnoFromStatus(const Status& status);
 
+// The C library's description of the errno value `error`: "No such file or directory".
+std::string ErrnoText(int error);
+
 }  // namespace tolvex::platform
 
 #endif  // TOLVEX_PLATFORM_STATUS_H

@@ -12,7 +12,8 @@ namespace tolvex::render {
 
 // How the pixels of a row are laid out in memory.
 enum class PixelLayout {
-  kCairo,  // 32-bit native-endian words 0xAARRGGBB, premultiplied (cairo RGB24 or ARGB32)
+  kCairo,  // 32-bit native-endian words 0xAARRGGBB, premultiplied (cairo RGB24 or ARGB32,
+           // GDI+ 32bppRGB or 32bppPARGB)
   kRgb,    // three bytes r, g, b
   kRgba,   // four bytes r, g, b, a, not premultiplied (gdk-pixbuf)
 };

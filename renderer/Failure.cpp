@@ -2,7 +2,8 @@
 #include "renderer/Failure.h"
 
 #include <cctype>
-#include <cstring>
+
+#include "platform/Status.h"
 
 namespace tolvex::render {
 namespace {
@@ -43,9 +44,7 @@ Status FailErrno(Status status, const std::string& what, int error) {
 }
 
 std::string DescribeErrno(int error) {
-  char buffer[128];
-  // The GNU strerror_r returns the text, which may or may not be in the buffer.
-  std::string text = strerror_r(error, buffer, sizeof buffer);
+  std::string text = platform::ErrnoText(error);
   if (!text.empty()) text[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[0])));
   return text;
 }

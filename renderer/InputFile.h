@@ -5,9 +5,8 @@
 #ifndef TOLVEX_RENDERER_INPUTFILE_H
 #define TOLVEX_RENDERER_INPUTFILE_H
 
-#include <sys/types.h>
-
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 #include "renderer/Status.h"
@@ -23,8 +22,8 @@ inline constexpr size_t kMaxPictureBytes = 64u << 20;
 
 struct InputFile {
   std::string bytes;
-  dev_t device = 0;  // the identity of the file read, for telling inputs and outputs apart
-  ino_t inode = 0;
+  uint64_t device = 0;  // the identity of the file read, for telling inputs and outputs apart
+  uint64_t inode = 0;
 };
 
 // Reads the regular file at `path` (symbolic links followed) into `file`. `kind` names it in

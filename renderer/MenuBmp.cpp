@@ -3,8 +3,6 @@
 // last of them failed. Status collapses to 0/1 and a reason here; no exception passes.
 #include <tolvex/MenuBmp.h>
 
-#include <strings.h>
-
 #include <new>
 #include <string>
 
@@ -34,44 +32,12 @@ Status RenderMenu(const std::string& templatePath) {
   }
   if (const Status s = CheckOutputIsOurs(output.path); s != Status::kOk) return s;
 
-  SurfacePtr canvas;
+  std::unique_ptr<Canvas> canvas;
   if (const Status s = PaintMenu(page, &canvas); s != Status::kOk) return s;
-  const std::string bytes = EncodeBmp24(PixelRows{
-      cairo_image_surface_get_width(canvas.get()), cairo_image_surface_get_height(canvas.get()),
-      cairo_image_surface_get_data(canvas.get()), cairo_image_surface_get_stride(canvas.get()),
-      PixelLayout::kCairo});
+  const std::string bytes = EncodeBmp24(canvas->Rows());
   if (bytes.empty()) return Fail(Status::kDrawingFailed, "cannot encode " + output.path);
   if (const Status s = WriteOutput(output.path, bytes); s != Status::kOk) return s;
   return RecordOutput(templatePath, background::kOutputBmp.keys[0], output);
-}
-
-// The gdk-pixbuf writer whose extensions include the target's, or nullptr (then BMP).
-const char* WriterFor(const std::string& target) {
-  const auto slash = target.find_last_of('/');
-  const auto dot = target.find_last_of('.');
-  if (dot == std::string::npos || (slash != std::string::npos && dot < slash)) return nullptr;
-  const std::string extension = target.substr(dot + 1);
-  if (strcasecmp(extension.c_str(), "bmp") == 0) return nullptr;
-
-  const char* writer = nullptr;
-  GSList* formats = gdk_pixbuf_get_formats();
-  for (GSList* f = formats; f != nullptr && writer == nullptr; f = f->next) {
-    auto* format = static_cast<GdkPixbufFormat*>(f->data);
-    if (!gdk_pixbuf_format_is_writable(format)) continue;
-    gchar** extensions = gdk_pixbuf_format_get_extensions(format);
-    for (gchar** e = extensions; *e != nullptr; ++e) {
-      if (strcasecmp(*e, extension.c_str()) == 0) {
-        // The format's name is static data of its loader, valid after the list is gone.
-        gchar* name = gdk_pixbuf_format_get_name(format);
-        writer = g_intern_string(name);
-        g_free(name);
-        break;
-      }
-    }
-    g_strfreev(extensions);
-  }
-  g_slist_free(formats);
-  return writer;
 }
 
 Status Resize(const std::string& source, const std::string& target, int width, int height) {
@@ -80,28 +46,9 @@ Status Resize(const std::string& source, const std::string& target, int width, i
     return Fail(Status::kBadArgument, "bad size " + std::to_string(width) + " x " +
                                           std::to_string(height) + " for " + target);
   }
-  PixbufPtr picture;
-  if (const Status s = LoadPictureAt(source, width, height, &picture); s != Status::kOk) return s;
-
   std::string bytes;
-  if (const char* writer = WriterFor(target)) {
-    gchar* buffer = nullptr;
-    gsize size = 0;
-    GError* error = nullptr;
-    const bool ok = gdk_pixbuf_save_to_buffer(picture.get(), &buffer, &size, writer, &error,
-                                              nullptr);
-    if (error != nullptr) g_error_free(error);
-    if (!ok) return Fail(Status::kOutputUnwritable, std::string("cannot encode ") + target);
-    bytes.assign(buffer, size);
-    g_free(buffer);
-  } else {
-    const bool alpha = gdk_pixbuf_get_has_alpha(picture.get());
-    bytes = EncodeBmp24(PixelRows{gdk_pixbuf_get_width(picture.get()),
-                                  gdk_pixbuf_get_height(picture.get()),
-                                  gdk_pixbuf_read_pixels(picture.get()),
-                                  gdk_pixbuf_get_rowstride(picture.get()),
-                                  alpha ? PixelLayout::kRgba : PixelLayout::kRgb});
-    if (bytes.empty()) return Fail(Status::kDrawingFailed, "cannot encode " + target);
+  if (const Status s = EncodeResized(source, width, height, target, &bytes); s != Status::kOk) {
+    return s;
   }
   return WriteOutput(target, bytes);
 }

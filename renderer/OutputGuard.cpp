@@ -2,26 +2,23 @@
 // file the renderer did not make.
 #include "renderer/OutputGuard.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <cstdint>
 #include <optional>
 
 #include "platform/Os.h"
-#include "platform/posix/PosixPaths.h"
 #include "renderer/Failure.h"
 
 namespace tolvex::render {
 namespace {
 
+namespace os = platform::os;
+using platform::StatusCode;
+
 // What a path names: an existing file by device and inode; a file yet to be made by its
 // folder's device and inode and its own name.
 struct Identity {
-  dev_t device = 0;
-  ino_t inode = 0;
+  uint64_t device = 0;
+  uint64_t inode = 0;
   std::string name;  // empty for an existing file
 
   bool operator==(const Identity& o) const {
@@ -31,12 +28,14 @@ struct Identity {
 
 std::optional<Identity> Identify(const std::string& path) {
   std::string target;
-  if (!platform::os::ResolveLinks(path, &target).ok()) return std::nullopt;
-  struct stat info {};
-  if (stat(target.c_str(), &info) == 0) return Identity{info.st_dev, info.st_ino, std::string()};
-  if (errno != ENOENT) return std::nullopt;
-  if (stat(platform::posix::FolderOf(target).c_str(), &info) != 0) return std::nullopt;
-  return Identity{info.st_dev, info.st_ino, platform::posix::BaseNameOf(target)};
+  if (!os::ResolveLinks(path, &target).ok()) return std::nullopt;
+  os::FileStamp stamp;
+  const platform::Status stamped = os::StampFile(target, &stamp);
+  if (stamped.ok()) return Identity{stamp.device, stamp.inode, std::string()};
+  if (stamped.code() != StatusCode::kNotFound) return std::nullopt;
+  os::FileIdentity folder;
+  if (!os::IdentifyFile(target, &folder).ok()) return std::nullopt;
+  return Identity{folder.device, folder.inode, folder.name};
 }
 
 uint32_t Little(const unsigned char* at, int bytes) {
@@ -64,27 +63,23 @@ bool IsOurBmp(const unsigned char* header, uint64_t size) {
 
 Status CheckOutputIsOurs(const std::string& output) {
   std::string target;
-  if (!platform::os::ResolveLinks(output, &target).ok()) return Status::kOk;
-  struct stat info {};
+  if (!os::ResolveLinks(output, &target).ok()) return Status::kOk;
+  std::string header;
+  os::FileStamp stamp;
+  const platform::Status read = os::ReadFileStart(target, 54, &header, &stamp);
   // Not there yet, or no regular file: the write makes it or says why it cannot.
-  if (stat(target.c_str(), &info) != 0 || !S_ISREG(info.st_mode) || info.st_size == 0) {
+  if (read.code() == StatusCode::kNotFound || read.code() == StatusCode::kIsDirectory ||
+      read.code() == StatusCode::kInvalidArgument) {
     return Status::kOk;
   }
   const std::string refused = "refusing to replace output " + output + ": ";
-  const int fd = open(target.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-  if (fd < 0) return FailErrno(Status::kOutputUnwritable, refused + "cannot look at it", errno);
-  unsigned char header[54];
-  ssize_t got = 0;
-  do {
-    got = pread(fd, header, sizeof header, 0);
-  } while (got < 0 && errno == EINTR);
-  int error = got < 0 ? errno : 0;
-  struct stat opened {};
-  if (got >= 0 && fstat(fd, &opened) != 0) error = errno;
-  close(fd);
-  if (error != 0) return FailErrno(Status::kOutputUnwritable, refused + "cannot look at it", error);
-  if (got != static_cast<ssize_t>(sizeof header) ||
-      !IsOurBmp(header, static_cast<uint64_t>(opened.st_size))) {
+  if (!read.ok()) {
+    return FailErrno(Status::kOutputUnwritable, refused + "cannot look at it",
+                     platform::ErrnoFromStatus(read));
+  }
+  if (stamp.size == 0) return Status::kOk;  // nothing in it to lose
+  if (header.size() != 54 ||
+      !IsOurBmp(reinterpret_cast<const unsigned char*>(header.data()), stamp.size)) {
     return Fail(Status::kOutputUnwritable,
                 refused + "the file there is not a BMP picture the renderer made");
   }

@@ -2,12 +2,12 @@
 // template.
 #include "renderer/OutputName.h"
 
-#include <sys/stat.h>
 #include <tolvex/Profile.h>
 
 #include <cerrno>
 
 #include "keys/PageKeys.h"
+#include "platform/Os.h"
 #include "renderer/Failure.h"
 #include "renderer/Paths.h"
 
@@ -27,12 +27,12 @@ Status WriteOutput(const std::string& path, const std::string& bytes) {
   const int error = TolvexReplaceFile(path.c_str(), bytes.data(), bytes.size());
   if (error == 0) return Status::kOk;
   const std::string what = "cannot write output " + path;
-  struct stat info {};
-  const bool exists = stat(path.c_str(), &info) == 0;
+  platform::os::FileStamp stamp;
+  const bool exists = platform::os::StampFile(path, &stamp).ok();
   if (error == EISDIR) return Fail(Status::kOutputUnwritable, what + ": it is a folder");
   if (error == EINVAL && exists)
     return Fail(Status::kOutputUnwritable, what + ": not a regular file");
-  if (error == EACCES && exists && (info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0)
+  if (error == EACCES && exists && stamp.readOnly)
     return Fail(Status::kOutputUnwritable, what + ": the file is read-only");
   return FailErrno(Status::kOutputUnwritable, what, error);
 }

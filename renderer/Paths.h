@@ -23,6 +23,10 @@ std::string ResolveIn(const std::string& folder, const std::string& name);
 // "/menus/main.ini" gives "main", "/menus/.hidden" gives ".hidden".
 std::string TemplateStem(const std::string& templatePath);
 
+// The extension of the file `path` names, in ASCII lower case and without its dot: "png" for
+// "/x/Menu.PNG"; empty when its name has none.
+std::string ExtensionOf(const std::string& path);
+
 }  // namespace tolvex::render
 
 #endif  // TOLVEX_RENDERER_PATHS_H

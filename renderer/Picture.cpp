@@ -1,51 +1,17 @@
-// Loading pictures: bounded read, header check, decoding at the drawn size through a
-// gdk-pixbuf loader of the one format the header names, resampling, and the conversion into
-// cairo's premultiplied pixel format.
+// Reading and checking a picture file before it is decoded.
 #include "renderer/Picture.h"
 
 #include "renderer/Failure.h"
 #include "renderer/InputFile.h"
-#include "renderer/PictureHeader.h"
 
 namespace tolvex::render {
-namespace {
-
-struct ObjectUnref {
-  void operator()(gpointer p) const { g_object_unref(p); }
-};
 
 bool SizeAcceptable(int64_t width, int64_t height) {
   return width > 0 && height > 0 && width <= kMaxPictureSide && height <= kMaxPictureSide &&
          width * height <= kMaxPicturePixels;
 }
 
-// What the loader is asked for, and whether what it announced was refused.
-struct Request {
-  int width = 0;  // 0: the picture's own size
-  int height = 0;
-  bool tooLarge = false;
-};
-
-void OnSizePrepared(GdkPixbufLoader* loader, int width, int height, gpointer data) {
-  auto* request = static_cast<Request*>(data);
-  // The header was checked before; this guards against a decoder that finds another size.
-  if (!SizeAcceptable(width, height)) {
-    request->tooLarge = true;
-    gdk_pixbuf_loader_set_size(loader, 1, 1);
-  } else if (request->width > 0) {
-    gdk_pixbuf_loader_set_size(loader, request->width, request->height);
-  }
-}
-
-std::string TakeMessage(GError* error, const char* otherwise) {
-  if (error == nullptr) return otherwise;
-  std::string message = error->message;
-  g_error_free(error);
-  return message;
-}
-
-// Reads, checks and decodes the picture at `path`, at `request`'s size when it has one.
-Status Decode(const std::string& path, Request request, PixbufPtr* out) {
+Status ReadPictureFile(const std::string& path, PictureFile* out) {
   InputFile file;
   if (const Status s = ReadInputFile(path, "picture", kMaxPictureBytes,
                                      Status::kPictureUnreadable, &file);
@@ -64,95 +30,8 @@ Status Decode(const std::string& path, Request request, PixbufPtr* out) {
   if (!header.dataProblem.empty()) {
     return Fail(Status::kPictureUnreadable, "picture " + path + " " + header.dataProblem);
   }
-
-  GError* error = nullptr;
-  std::unique_ptr<GdkPixbufLoader, ObjectUnref> loader(
-      gdk_pixbuf_loader_new_with_type(LoaderName(header.format), &error));
-  if (!loader) {
-    return Fail(Status::kPictureUnreadable,
-                "cannot decode picture " + path + ": " + TakeMessage(error, "no decoder"));
-  }
-  g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(OnSizePrepared), &request);
-  const auto* bytes = reinterpret_cast<const guchar*>(file.bytes.data());
-  bool ok = gdk_pixbuf_loader_write(loader.get(), bytes, file.bytes.size(), &error);
-  // Closing tells the decoder that no more bytes come, so a truncated file is noticed.
-  ok = gdk_pixbuf_loader_close(loader.get(), ok ? &error : nullptr) && ok;
-  const std::string why = TakeMessage(error, "corrupt");
-  if (request.tooLarge) return Fail(Status::kPictureTooLarge, "picture " + path + " is too large");
-  GdkPixbuf* picture = gdk_pixbuf_loader_get_pixbuf(loader.get());
-  if (!ok || picture == nullptr) {
-    return Fail(Status::kPictureUnreadable, "cannot decode picture " + path + ": " + why);
-  }
-  out->reset(GDK_PIXBUF(g_object_ref(picture)));
-  return Status::kOk;
-}
-
-}  // namespace
-
-Status LoadPicture(const std::string& path, PixbufPtr* out) {
-  return Decode(path, Request{}, out);
-}
-
-Status LoadPictureAt(const std::string& path, int width, int height, PixbufPtr* out) {
-  if (!SizeAcceptable(width, height)) {
-    return Fail(Status::kBadArgument, "cannot draw picture " + path + " at " +
-                                          std::to_string(width) + " x " + std::to_string(height));
-  }
-  PixbufPtr picture;
-  if (const Status s = Decode(path, Request{width, height, false}, &picture); s != Status::kOk) {
-    return s;
-  }
-  if (gdk_pixbuf_get_width(picture.get()) == width &&
-      gdk_pixbuf_get_height(picture.get()) == height) {
-    *out = std::move(picture);
-    return Status::kOk;
-  }
-  return Resample(picture.get(), width, height, out);
-}
-
-Status Resample(const GdkPixbuf* picture, int width, int height, PixbufPtr* out) {
-  if (!SizeAcceptable(width, height)) {
-    return Fail(Status::kBadArgument,
-                "cannot resample to " + std::to_string(width) + " x " + std::to_string(height));
-  }
-  GdkPixbuf* scaled = gdk_pixbuf_scale_simple(picture, width, height, GDK_INTERP_BILINEAR);
-  if (scaled == nullptr) return Fail(Status::kDrawingFailed, "out of memory while resampling");
-  out->reset(scaled);
-  return Status::kOk;
-}
-
-Status ToSurface(const GdkPixbuf* picture, SurfacePtr* out) {
-  const int width = gdk_pixbuf_get_width(picture);
-  const int height = gdk_pixbuf_get_height(picture);
-  const int channels = gdk_pixbuf_get_n_channels(picture);
-  const bool alpha = gdk_pixbuf_get_has_alpha(picture);
-  if (gdk_pixbuf_get_bits_per_sample(picture) != 8 || channels < (alpha ? 4 : 3)) {
-    return Fail(Status::kPictureUnreadable, "unexpected pixel layout of a decoded picture");
-  }
-  SurfacePtr surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
-  if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) {
-    return Fail(Status::kDrawingFailed, "out of memory while drawing a picture");
-  }
-
-  const guint8* source = gdk_pixbuf_read_pixels(picture);
-  const int sourceStride = gdk_pixbuf_get_rowstride(picture);
-  unsigned char* target = cairo_image_surface_get_data(surface.get());
-  const int targetStride = cairo_image_surface_get_stride(surface.get());
-  cairo_surface_flush(surface.get());
-  for (int y = 0; y < height; ++y) {
-    const guint8* in = source + static_cast<ptrdiff_t>(y) * sourceStride;
-    auto* row = reinterpret_cast<uint32_t*>(target + static_cast<ptrdiff_t>(y) * targetStride);
-    for (int x = 0; x < width; ++x, in += channels) {
-      const uint32_t a = alpha ? in[3] : 255;
-      // cairo wants premultiplied components in a native-endian 32-bit word.
-      const uint32_t r = (in[0] * a + 127) / 255;
-      const uint32_t g = (in[1] * a + 127) / 255;
-      const uint32_t b = (in[2] * a + 127) / 255;
-      row[x] = (a << 24) | (r << 16) | (g << 8) | b;
-    }
-  }
-  cairo_surface_mark_dirty(surface.get());
-  *out = std::move(surface);
+  out->bytes = std::move(file.bytes);
+  out->header = header;
   return Status::kOk;
 }
 

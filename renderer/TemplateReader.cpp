@@ -3,9 +3,8 @@
 // values mean for drawing.
 #include "renderer/TemplateReader.h"
 
-#include <strings.h>
-
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <set>
@@ -150,6 +149,17 @@ std::optional<Button> ReadButton(const TemplateFile& file, const char* section,
   return button;
 }
 
+// Whether the first `count` characters of `a` and `b` are equal, ASCII letters compared
+// without case, as key names are; a shorter string ends the comparison (both must end).
+bool SameName(const char* a, const char* b, size_t count = SIZE_MAX) {
+  for (size_t i = 0; i < count; ++i) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+    if (lower(a[i]) != lower(b[i])) return false;
+    if (a[i] == '\0') return true;
+  }
+  return true;
+}
+
 // The button indexes of a layout section, found from its keys: the application chooses the
 // base of its numbering, so any index with a position key counts. Ascending order.
 std::vector<int> ButtonIndexes(const TemplateFile& file, const char* section) {
@@ -157,7 +167,7 @@ std::vector<int> ButtonIndexes(const TemplateFile& file, const char* section) {
   const std::string prefix(first.head);
   std::set<int> indexes;
   for (const auto& key : file.Keys(section)) {
-    if (strncasecmp(key.c_str(), prefix.c_str(), prefix.size()) != 0) continue;
+    if (!SameName(key.c_str(), prefix.c_str(), prefix.size())) continue;
     const char* number = key.c_str() + prefix.size();
     char* end = nullptr;
     const long index = std::strtol(number, &end, 10);
@@ -165,7 +175,7 @@ std::vector<int> ButtonIndexes(const TemplateFile& file, const char* section) {
     // The key printed the index as a signed 32-bit value.
     if (index < INT32_MIN || index > INT32_MAX) continue;
     for (const char* edge : buttons::kPosition.keys) {
-      if (strcasecmp(end, std::string(FillKeyPattern(edge, "").tail).c_str()) == 0)
+      if (SameName(end, std::string(FillKeyPattern(edge, "").tail).c_str()))
         indexes.insert(static_cast<int>(index));
     }
   }

@@ -5,8 +5,7 @@
 #ifndef TOLVEX_RENDERER_TEMPLATEREADER_H
 #define TOLVEX_RENDERER_TEMPLATEREADER_H
 
-#include <sys/types.h>
-
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -38,8 +37,8 @@ class TemplateFile {
   // The path as the caller gave it, and the file it names.
   const std::string& path() const { return m_path; }
   const std::string& diskPath() const { return m_diskPath; }
-  dev_t device() const { return m_device; }
-  ino_t inode() const { return m_inode; }
+  uint64_t device() const { return m_device; }
+  uint64_t inode() const { return m_inode; }
 
   bool HasSection(const char* section) const;
   std::vector<std::string> Keys(const char* section) const;
@@ -56,8 +55,8 @@ class TemplateFile {
 
   std::string m_path;
   std::string m_diskPath;
-  dev_t m_device = 0;
-  ino_t m_inode = 0;
+  uint64_t m_device = 0;
+  uint64_t m_inode = 0;
   std::unique_ptr<Index> m_index;
 };
 

@@ -2,6 +2,8 @@
 #ifndef TOLVEX_MENUBMP_H
 #define TOLVEX_MENUBMP_H
 
+#include <tolvex/Export.h>
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -26,18 +28,17 @@ extern "C" {
 // not a regular file, a read-only one (for root too), and an existing file that is neither
 // empty nor a whole uncompressed 24-bit BMP as the renderers write them (a template may name
 // any file). A file-size limit fails the write.
-__attribute__((visibility("default"))) int CreateMenuBmp(char* templateFile);
+TOLVEX_RENDER_API int CreateMenuBmp(char* templateFile);
 
 // Reads the picture `source` and writes it to `target` scaled to `width` x `height`, in the
 // format named by the target's extension (BMP when unknown). Nonzero on success, else 0.
-__attribute__((visibility("default"))) int ImageResize(char* source, char* target, int width,
-                                                       int height);
+TOLVEX_RENDER_API int ImageResize(char* source, char* target, int width, int height);
 
 // Why the last call of CreateMenuBmp or ImageResize on the calling thread failed: one short
 // English line that names the file concerned, such as
 // "cannot read picture /dvd/bg.png: no such file or directory"; "" when that call succeeded
 // or none was made. The text stays valid until the next call of this library on the thread.
-__attribute__((visibility("default"))) const char* TolvexMenuBmpLastError(void);
+TOLVEX_RENDER_API const char* TolvexMenuBmpLastError(void);
 
 #ifdef __cplusplus
 }

@@ -2,6 +2,8 @@
 #ifndef TOLVEX_MENUMASK_H
 #define TOLVEX_MENUMASK_H
 
+#include <tolvex/Export.h>
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -19,13 +21,13 @@ extern "C" {
 // Returns nonzero on success, 0 on any failure. Prints nothing.
 // The template is read and the output written under the same rules as CreateMenuBmp's; the
 // output must not be the template, a picture the page names or the menu's output.
-__attribute__((visibility("default"))) int CreateMaskMenuBmp(char* templateFile);
+TOLVEX_RENDER_API int CreateMaskMenuBmp(char* templateFile);
 
 // Why the last call of CreateMaskMenuBmp on the calling thread failed: one short English line
 // that names the file concerned, such as "cannot write output /dvd/menu_mask.bmp: permission
 // denied"; "" when that call succeeded or none was made. The text stays valid until the next
 // call of this library on the thread.
-__attribute__((visibility("default"))) const char* TolvexMenuMaskLastError(void);
+TOLVEX_RENDER_API const char* TolvexMenuMaskLastError(void);
 
 #ifdef __cplusplus
 }

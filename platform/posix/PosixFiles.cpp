@@ -48,6 +48,7 @@ void FillStamp(const struct stat& info, int64_t takenNs, FileStamp* stamp) {
   stamp->modifiedNs = Nanoseconds(info.st_mtim);
   stamp->changedNs = Nanoseconds(info.st_ctim);
   stamp->takenNs = takenNs;
+  stamp->readOnly = (info.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
 }
 
 int64_t Now() {
@@ -82,10 +83,12 @@ bool TimesTrusted(int fd) {
   }
 }
 
-// Reads all of `path`; also reports its mode when `mode` is given and stamps it when `stamp`
+// Reads all of `path`, at most `limit` bytes, or with `startOnly` its first `limit` bytes
+// whatever its size; also reports its mode when `mode` is given and stamps it when `stamp`
 // is. O_NONBLOCK keeps the open of a FIFO from waiting for a writer; the file is then
 // refused, as is anything else that is not a regular file (/dev/zero would never end).
-Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode, FileStamp* stamp) {
+Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode, FileStamp* stamp,
+               uint64_t limit = kMaxProfileBytes, bool startOnly = false) {
   const int64_t takenNs = stamp ? Now() : 0;
   int fd = sys::Open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY);
   if (fd < 0) return StatusFromErrno(errno);
@@ -93,7 +96,7 @@ Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode, FileSt
   int error = ::fstat(fd, &info) != 0 ? errno : 0;
   if (error == 0 && S_ISDIR(info.st_mode)) error = EISDIR;
   if (error == 0 && !S_ISREG(info.st_mode)) error = EINVAL;
-  if (error == 0 && static_cast<uint64_t>(info.st_size) > kMaxProfileBytes) error = EFBIG;
+  if (error == 0 && !startOnly && static_cast<uint64_t>(info.st_size) > limit) error = EFBIG;
   if (error != 0) {
     sys::CloseQuietly(fd);
     return StatusFromErrno(error);
@@ -107,11 +110,16 @@ Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode, FileSt
   // The buffer is sized from the file, one byte over, so that one read fills it and the next
   // sees the end without growing it. Only a file that grows while it is read makes it grow,
   // and then it is still cut off at the limit.
-  bytes->resize(info.st_size > 0 ? static_cast<size_t>(info.st_size) + 1 : 65536);
+  if (startOnly) {
+    bytes->resize(static_cast<size_t>(limit));
+  } else {
+    bytes->resize(info.st_size > 0 ? static_cast<size_t>(info.st_size) + 1 : 65536);
+  }
   size_t filled = 0;
   for (;;) {
     if (filled == bytes->size()) {
-      if (filled > kMaxProfileBytes) {
+      if (startOnly) break;
+      if (filled > limit) {
         sys::CloseQuietly(fd);
         bytes->clear();
         return StatusFromErrno(EFBIG);
@@ -138,6 +146,24 @@ Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode, FileSt
 Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp) {
   return ReadAll(path, bytes, nullptr, stamp);
 }
+
+Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp,
+                     uint64_t limit) {
+  return ReadAll(path, bytes, nullptr, stamp, limit);
+}
+
+Status ReadFileStart(const std::string& path, size_t count, std::string* bytes,
+                     FileStamp* stamp) {
+  return ReadAll(path, bytes, nullptr, stamp, count, true);
+}
+
+size_t LastSeparator(std::string_view path) { return path.find_last_of('/'); }
+
+bool IsAbsolutePath(std::string_view path) { return !path.empty() && path[0] == '/'; }
+
+std::string FolderOf(const std::string& file) { return posix::FolderOf(file); }
+
+std::string BaseNameOf(const std::string& file) { return posix::BaseNameOf(file); }
 
 Status StampFile(const std::string& path, FileStamp* stamp) {
   struct stat info;

@@ -43,15 +43,15 @@ int ErrnoFromStatus(const Status& status) {
   return status.sysError() != 0 ? status.sysError() : EIO;
 }
 
+std::string ErrnoText(int error) {
+  char buffer[128];
+  // GNU strerror_r returns the message, which may or may not live in `buffer`.
+  return strerror_r(error, buffer, sizeof buffer);
+}
+
 std::string StatusText(const Status& status) {
   std::string text = StatusCodeName(status.code());
-  if (status.sysError() != 0) {
-    char buffer[128];
-    // GNU strerror_r returns the message, which may or may not live in `buffer`.
-    const char* message = strerror_r(status.sysError(), buffer, sizeof buffer);
-    text += ": ";
-    text += message;
-  }
+  if (status.sysError() != 0) text += ": " + ErrnoText(status.sysError());
   return text;
 }
 

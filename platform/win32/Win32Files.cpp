@@ -65,6 +65,7 @@ Status FillStamp(HANDLE file, int64_t takenNs, FileStamp* stamp) {
   stamp->modifiedNs = Nanoseconds(times.LastWriteTime);
   stamp->changedNs = Nanoseconds(times.ChangeTime);
   stamp->takenNs = takenNs;
+  stamp->readOnly = (info.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
   return Status::Ok();
 }
 
@@ -83,10 +84,11 @@ bool TimesTrusted(HANDLE file) {
   return !GetFileInformationByHandleEx(file, FileRemoteProtocolInfo, &remote, sizeof remote);
 }
 
-// Reads all of `path`; also reports its attributes when `attributes` is given and stamps it
+// Reads all of `path`, at most `limit` bytes, or with `startOnly` its first `limit` bytes
+// whatever its size; also reports its attributes when `attributes` is given and stamps it
 // when `stamp` is. Only files on a disk are read: a pipe or a device is refused at once.
-Status ReadAll(const std::string& path, std::string* bytes, DWORD* attributes,
-               FileStamp* stamp) {
+Status ReadAll(const std::string& path, std::string* bytes, DWORD* attributes, FileStamp* stamp,
+               uint64_t limit = kMaxProfileBytes, bool startOnly = false) {
   const int64_t takenNs = stamp ? Now() : 0;
   const std::wstring wide = win32::Wide(path);
   if (wide.empty()) return StatusFromWin32(ERROR_FILE_NOT_FOUND);
@@ -99,7 +101,7 @@ Status ReadAll(const std::string& path, std::string* bytes, DWORD* attributes,
   if (GetFileType(file.get()) != FILE_TYPE_DISK) return StatusFromWin32(ERROR_INVALID_PARAMETER);
   LARGE_INTEGER size;
   if (!GetFileSizeEx(file.get(), &size)) return LastError();
-  if (static_cast<uint64_t>(size.QuadPart) > kMaxProfileBytes)
+  if (!startOnly && static_cast<uint64_t>(size.QuadPart) > limit)
     return StatusFromWin32(ERROR_FILE_TOO_LARGE);
   if (attributes) *attributes = kind == INVALID_FILE_ATTRIBUTES ? 0 : kind;
   if (stamp) {
@@ -110,9 +112,12 @@ Status ReadAll(const std::string& path, std::string* bytes, DWORD* attributes,
   bytes->clear();
   // One read usually does it: the buffer is sized from the file, one byte over to see the end.
   DWORD chunk = size.QuadPart > 0 ? static_cast<DWORD>(size.QuadPart) + 1 : 65536;
+  if (startOnly) chunk = static_cast<DWORD>(limit);
   size_t filled = 0;
   for (;;) {
-    if (filled > kMaxProfileBytes) {
+    if (startOnly && filled == limit) break;
+    if (startOnly) chunk = static_cast<DWORD>(limit - filled);
+    if (!startOnly && filled > limit) {
       bytes->clear();
       return StatusFromWin32(ERROR_FILE_TOO_LARGE);
     }
@@ -149,6 +154,27 @@ Status IdentifyFolder(const std::string& folder, uint64_t* device, uint64_t* ind
 Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp) {
   return ReadAll(path, bytes, nullptr, stamp);
 }
+
+Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp,
+                     uint64_t limit) {
+  return ReadAll(path, bytes, nullptr, stamp, limit);
+}
+
+Status ReadFileStart(const std::string& path, size_t count, std::string* bytes,
+                     FileStamp* stamp) {
+  return ReadAll(path, bytes, nullptr, stamp, count, true);
+}
+
+size_t LastSeparator(std::string_view path) { return path.find_last_of("\\/"); }
+
+bool IsAbsolutePath(std::string_view path) {
+  return (!path.empty() && (path[0] == '\\' || path[0] == '/')) ||
+         (path.size() >= 2 && path[1] == ':');
+}
+
+std::string FolderOf(const std::string& file) { return win32::FolderOf(file); }
+
+std::string BaseNameOf(const std::string& file) { return win32::BaseNameOf(file); }
 
 Status StampFile(const std::string& path, FileStamp* stamp) {
   Handle file(CreateFileW(win32::Wide(path).c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr,

@@ -5,6 +5,7 @@
 #include <windows.h>
 
 #include <cerrno>
+#include <cstring>
 #include <string>
 
 namespace tolvex::platform {
@@ -101,6 +102,12 @@ int ErrnoFromStatus(const Status& status) {
       break;
   }
   return EIO;
+}
+
+std::string ErrnoText(int error) {
+  char buffer[128];
+  if (strerror_s(buffer, sizeof buffer, error) != 0) return "error " + std::to_string(error);
+  return buffer;
 }
 
 std::string StatusText(const Status& status) {

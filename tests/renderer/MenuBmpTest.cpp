@@ -8,6 +8,8 @@
 #include <thread>
 
 #include "renderer/RenderTestSupport.h"
+#include "renderer/TitleText.h"
+#include "support/Environment.h"
 
 namespace tolvex::test {
 namespace {
@@ -85,7 +87,7 @@ TEST_F(MenuBmp, PreviousAndNextWithoutAPictureShowASolidArrowPointingTheirWay) {
     const Box& b = arrow.bounds;
     EXPECT_GT(b.right - b.left, 88 / 2) << "large enough to read";
     EXPECT_GT(arrow.count * 3, (b.right - b.left) * (b.bottom - b.top)) << "solid, not outlined";
-    EXPECT_GT(arrow.partial, 0) << "anti-aliased edges";
+    EXPECT_EQ(arrow.partial > 0, kArrowsAntiAliased) << "anti-aliased edges where wanted";
     EXPECT_GT(arrow.count - arrow.partial, arrow.partial * 3) << "mostly full colour";
     // The head, the tallest part of an arrow, lies in the half it points to.
     int tallest = inner.left;
@@ -148,6 +150,27 @@ TEST_F(MenuBmp, StyleFlagsChangeTheInkAndUnknownFontsFallBack) {
   EXPECT_EQ(ink("No Such Font 12345", "").count, plain.count);
 }
 
+TEST_F(MenuBmp, TitleInkIsWhereTheTitleIsDrawnInTheFontReallyUsed) {
+  render::Title title;
+  title.text = "Qjy \xc9t\xe9";  // descenders and accents, in Windows-1252
+  title.hasPosition = true, title.x = 101, title.y = 47, title.sizePx = 37, title.italic = true;
+  title.underline = true;
+  title.fontName = "No Such Font 12345";
+  tpl.Page({{"BackgroundTitle", title.text}, {"BackgroundTitleFont_Name", title.fontName},
+            {"BackgroundTitlePosition_x", "101"}, {"BackgroundTitlePosition_y", "47"},
+            {"BackgroundTitleFont_Size", "37"}, {"BackgroundTitleFont_Italic", "TRUE"},
+            {"BackgroundTitleFont_Underline", "TRUE"}});
+  const Ink drawn = FindInk(Render(), {0, 0, 720, 480}, kBlack, kWhite);
+  const render::Rect ink = TitleInk(title, render::Rect{0, 0, 720, 480});
+  // Each side as measured, give or take the faintest edge of anti-aliasing.
+  const Box& b = drawn.bounds;
+  EXPECT_NEAR(b.left, ink.left, 1);
+  EXPECT_NEAR(b.top, ink.top, 1);
+  EXPECT_NEAR(b.right, ink.right, 1);
+  EXPECT_NEAR(b.bottom, ink.bottom, 1);
+  EXPECT_EQ(render::FontFamilyUsed(title), "DejaVu Sans");
+}
+
 TEST_F(MenuBmp, DefaultOutputIsRecordedAndANamedOneKept) {
   ASSERT_NE(CreateMenuBmp(tpl.path()), 0);
   EXPECT_NE(ReadFile(tpl.path()).find("OutputBmp=menu.bmp"), std::string::npos);
@@ -164,10 +187,10 @@ TEST_F(MenuBmp, DefaultOutputIsRecordedAndANamedOneKept) {
   // A bare template name lives in the profile folder, with its pictures and outputs.
   WriteSolidPicture(dir.File("bg.png"), 4, 4, kBlue);
   tpl.Page({{"BackgroundBmp", "bg.png"}, {"OutputBmp", "bare.bmp"}});
-  setenv("TOLVEX_PROFILE_DIR", dir.path().c_str(), 1);
+  SetEnvironment("TOLVEX_PROFILE_DIR", dir.path().c_str());
   std::string bare = "menu.ini";
   EXPECT_NE(CreateMenuBmp(bare.data()), 0);
-  unsetenv("TOLVEX_PROFILE_DIR");
+  SetEnvironment("TOLVEX_PROFILE_DIR", nullptr);
   EXPECT_EQ(Picture::Load(dir.File("bare.bmp")).At(0, 0), kBlue);
 }
 
@@ -243,14 +266,8 @@ TEST_F(Resize, WritesTheSizeAskedInTheFormatOfTheExtension) {
   EXPECT_EQ(Picture::Load(dir.File("big.jpg")).width, 300);
 
   // A one-pixel checkerboard reduced fivefold is an even grey, not picked black or white.
-  std::shared_ptr<GdkPixbuf> board(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, 50, 50),
-                                   g_object_unref);
-  for (int i = 0; i < 50 * 50; ++i) {
-    guint8* px = gdk_pixbuf_get_pixels(board.get()) +
-                 i / 50 * gdk_pixbuf_get_rowstride(board.get()) + i % 50 * 3;
-    px[0] = px[1] = px[2] = (i % 50 + i / 50) % 2 ? 255 : 0;
-  }
-  ASSERT_TRUE(gdk_pixbuf_save(board.get(), dir.File("board.png").c_str(), "png", nullptr, nullptr));
+  WritePicture(dir.File("board.png"), 50, 50,
+               [](int x, int y) { return (x + y) % 2 ? kWhite : kBlack; });
   ASSERT_NE(Run("board.png", "grey.bmp", 10, 10), 0);
   const Picture grey = Picture::Load(dir.File("grey.bmp"));
   for (int i = 0; i < 100; ++i) EXPECT_NEAR(grey.At(i % 10, i / 10)[1], 128, 12) << i;

@@ -1,15 +1,16 @@
 // Helpers of the renderer tests: a template written key by key through the profile functions,
-// solid-colour pictures, and output pictures decoded by gdk-pixbuf to probe pixel by pixel.
+// pictures written, and output pictures decoded to probe pixel by pixel (with the system's own
+// decoders and encoders: <system>/TestPictures.cpp).
 #ifndef TOLVEX_TESTS_RENDERER_RENDERTESTSUPPORT_H
 #define TOLVEX_TESTS_RENDERER_RENDERTESTSUPPORT_H
 
-#include <gdk-pixbuf/gdk-pixbuf.h>
 #include <gtest/gtest.h>
 #include <tolvex/Profile.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -47,35 +48,22 @@ inline int Ring(Box b, int t) {
 
 // A decoded picture; no pixels when it cannot be decoded.
 struct Picture {
-  static Picture Load(const std::string& path) {
-    Picture picture;
-    GdkPixbuf* p = gdk_pixbuf_new_from_file(path.c_str(), nullptr);
-    if (!p) return picture;
-    picture.width = gdk_pixbuf_get_width(p), picture.height = gdk_pixbuf_get_height(p);
-    for (int y = 0; y < picture.height; ++y) {
-      for (int x = 0; x < picture.width; ++x) {
-        const guint8* c = gdk_pixbuf_read_pixels(p) + y * gdk_pixbuf_get_rowstride(p) +
-                          x * gdk_pixbuf_get_n_channels(p);
-        picture.pixels.push_back(Rgb{c[0], c[1], c[2]});
-      }
-    }
-    g_object_unref(p);
-    return picture;
-  }
+  static Picture Load(const std::string& path);
   Rgb At(int x, int y) const { return pixels[static_cast<size_t>(y) * width + x]; }
   int width = 0, height = 0;
   std::vector<Rgb> pixels;
 };
 
-// A picture of one colour, in the format its extension names (bmp, png or jpg).
+// Whether the system's renderer anti-aliases the arrows of the previous and next buttons: cairo
+// does; with GDI+ every shape but the text is exact to the pixel.
+extern const bool kArrowsAntiAliased;
+
+// A picture of `width` x `height` with the colour `colour(x, y)`, in the format its extension
+// names (bmp, png or jpg).
+void WritePicture(const std::string& path, int width, int height,
+                  const std::function<Rgb(int x, int y)>& colour);
 inline void WriteSolidPicture(const std::string& path, int width, int height, Rgb colour) {
-  std::shared_ptr<GdkPixbuf> p(gdk_pixbuf_new(GDK_COLORSPACE_RGB, FALSE, 8, width, height),
-                               g_object_unref);
-  gdk_pixbuf_fill(p.get(), (guint32(colour[0]) << 24) | (guint32(colour[1]) << 16) |
-                               (guint32(colour[2]) << 8) | 0xff);
-  const std::string extension = path.substr(path.find_last_of('.') + 1);
-  const char* type = extension == "jpg" ? "jpeg" : extension.c_str();
-  EXPECT_TRUE(gdk_pixbuf_save(p.get(), path.c_str(), type, nullptr, nullptr)) << path;
+  WritePicture(path, width, height, [&](int, int) { return colour; });
 }
 
 // How many pixels of `box` are exactly `colour`.

@@ -1,5 +1,5 @@
 // Drawing and measuring a title with fontconfig, pango and cairo.
-#include "renderer/TitleText.h"
+#include "renderer/cairo/PangoText.h"
 
 #include <pango/pangocairo.h>
 

@@ -1,4 +1,4 @@
-// Keeps the libraries we draw with from printing.
+// Keeps glib, gdk-pixbuf and pango from printing.
 #include "renderer/QuietLogs.h"
 
 #include <glib.h>

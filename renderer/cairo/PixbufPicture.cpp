@@ -1,0 +1,199 @@
+// Decoding at the drawn size through a gdk-pixbuf loader of the one format the header names
+// (the file read and checked by ReadPictureFile first), resampling, the conversion into
+// cairo's premultiplied pixel format, and ImageResize's encoding.
+#include "renderer/cairo/PixbufPicture.h"
+
+#include "renderer/BmpWriter.h"
+#include "renderer/Failure.h"
+#include "renderer/Paths.h"
+
+namespace tolvex::render {
+namespace {
+
+struct ObjectUnref {
+  void operator()(gpointer p) const { g_object_unref(p); }
+};
+
+// What the loader is asked for, and whether what it announced was refused.
+struct Request {
+  int width = 0;  // 0: the picture's own size
+  int height = 0;
+  bool tooLarge = false;
+};
+
+void OnSizePrepared(GdkPixbufLoader* loader, int width, int height, gpointer data) {
+  auto* request = static_cast<Request*>(data);
+  // The header was checked before; this guards against a decoder that finds another size.
+  if (!SizeAcceptable(width, height)) {
+    request->tooLarge = true;
+    gdk_pixbuf_loader_set_size(loader, 1, 1);
+  } else if (request->width > 0) {
+    gdk_pixbuf_loader_set_size(loader, request->width, request->height);
+  }
+}
+
+std::string TakeMessage(GError* error, const char* otherwise) {
+  if (error == nullptr) return otherwise;
+  std::string message = error->message;
+  g_error_free(error);
+  return message;
+}
+
+// Reads, checks and decodes the picture at `path`, at `request`'s size when it has one.
+Status Decode(const std::string& path, Request request, PixbufPtr* out) {
+  PictureFile file;
+  if (const Status s = ReadPictureFile(path, &file); s != Status::kOk) return s;
+  const PictureHeader& header = file.header;
+
+  GError* error = nullptr;
+  std::unique_ptr<GdkPixbufLoader, ObjectUnref> loader(
+      gdk_pixbuf_loader_new_with_type(LoaderName(header.format), &error));
+  if (!loader) {
+    return Fail(Status::kPictureUnreadable,
+                "cannot decode picture " + path + ": " + TakeMessage(error, "no decoder"));
+  }
+  g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(OnSizePrepared), &request);
+  const auto* bytes = reinterpret_cast<const guchar*>(file.bytes.data());
+  bool ok = gdk_pixbuf_loader_write(loader.get(), bytes, file.bytes.size(), &error);
+  // Closing tells the decoder that no more bytes come, so a truncated file is noticed.
+  ok = gdk_pixbuf_loader_close(loader.get(), ok ? &error : nullptr) && ok;
+  const std::string why = TakeMessage(error, "corrupt");
+  if (request.tooLarge) return Fail(Status::kPictureTooLarge, "picture " + path + " is too large");
+  GdkPixbuf* picture = gdk_pixbuf_loader_get_pixbuf(loader.get());
+  if (!ok || picture == nullptr) {
+    return Fail(Status::kPictureUnreadable, "cannot decode picture " + path + ": " + why);
+  }
+  out->reset(GDK_PIXBUF(g_object_ref(picture)));
+  return Status::kOk;
+}
+
+}  // namespace
+
+Status LoadPicture(const std::string& path, PixbufPtr* out) {
+  return Decode(path, Request{}, out);
+}
+
+Status LoadPictureAt(const std::string& path, int width, int height, PixbufPtr* out) {
+  if (!SizeAcceptable(width, height)) {
+    return Fail(Status::kBadArgument, "cannot draw picture " + path + " at " +
+                                          std::to_string(width) + " x " + std::to_string(height));
+  }
+  PixbufPtr picture;
+  if (const Status s = Decode(path, Request{width, height, false}, &picture); s != Status::kOk) {
+    return s;
+  }
+  if (gdk_pixbuf_get_width(picture.get()) == width &&
+      gdk_pixbuf_get_height(picture.get()) == height) {
+    *out = std::move(picture);
+    return Status::kOk;
+  }
+  return Resample(picture.get(), width, height, out);
+}
+
+Status Resample(const GdkPixbuf* picture, int width, int height, PixbufPtr* out) {
+  if (!SizeAcceptable(width, height)) {
+    return Fail(Status::kBadArgument,
+                "cannot resample to " + std::to_string(width) + " x " + std::to_string(height));
+  }
+  GdkPixbuf* scaled = gdk_pixbuf_scale_simple(picture, width, height, GDK_INTERP_BILINEAR);
+  if (scaled == nullptr) return Fail(Status::kDrawingFailed, "out of memory while resampling");
+  out->reset(scaled);
+  return Status::kOk;
+}
+
+Status ToSurface(const GdkPixbuf* picture, SurfacePtr* out) {
+  const int width = gdk_pixbuf_get_width(picture);
+  const int height = gdk_pixbuf_get_height(picture);
+  const int channels = gdk_pixbuf_get_n_channels(picture);
+  const bool alpha = gdk_pixbuf_get_has_alpha(picture);
+  if (gdk_pixbuf_get_bits_per_sample(picture) != 8 || channels < (alpha ? 4 : 3)) {
+    return Fail(Status::kPictureUnreadable, "unexpected pixel layout of a decoded picture");
+  }
+  SurfacePtr surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
+  if (cairo_surface_status(surface.get()) != CAIRO_STATUS_SUCCESS) {
+    return Fail(Status::kDrawingFailed, "out of memory while drawing a picture");
+  }
+
+  const guint8* source = gdk_pixbuf_read_pixels(picture);
+  const int sourceStride = gdk_pixbuf_get_rowstride(picture);
+  unsigned char* target = cairo_image_surface_get_data(surface.get());
+  const int targetStride = cairo_image_surface_get_stride(surface.get());
+  cairo_surface_flush(surface.get());
+  for (int y = 0; y < height; ++y) {
+    const guint8* in = source + static_cast<ptrdiff_t>(y) * sourceStride;
+    auto* row = reinterpret_cast<uint32_t*>(target + static_cast<ptrdiff_t>(y) * targetStride);
+    for (int x = 0; x < width; ++x, in += channels) {
+      const uint32_t a = alpha ? in[3] : 255;
+      // cairo wants premultiplied components in a native-endian 32-bit word.
+      const uint32_t r = (in[0] * a + 127) / 255;
+      const uint32_t g = (in[1] * a + 127) / 255;
+      const uint32_t b = (in[2] * a + 127) / 255;
+      row[x] = (a << 24) | (r << 16) | (g << 8) | b;
+    }
+  }
+  cairo_surface_mark_dirty(surface.get());
+  *out = std::move(surface);
+  return Status::kOk;
+}
+
+namespace {
+
+// The gdk-pixbuf writer whose extensions include `extension`, or nullptr.
+const char* WriterFor(const std::string& extension) {
+  const char* writer = nullptr;
+  GSList* formats = gdk_pixbuf_get_formats();
+  for (GSList* f = formats; f != nullptr && writer == nullptr; f = f->next) {
+    auto* format = static_cast<GdkPixbufFormat*>(f->data);
+    if (!gdk_pixbuf_format_is_writable(format)) continue;
+    gchar** extensions = gdk_pixbuf_format_get_extensions(format);
+    for (gchar** e = extensions; *e != nullptr; ++e) {
+      if (g_ascii_strcasecmp(*e, extension.c_str()) == 0) {
+        // The format's name is static data of its loader, valid after the list is gone.
+        gchar* name = gdk_pixbuf_format_get_name(format);
+        writer = g_intern_string(name);
+        g_free(name);
+        break;
+      }
+    }
+    g_strfreev(extensions);
+  }
+  g_slist_free(formats);
+  return writer;
+}
+
+}  // namespace
+
+Status CheckPictureDecodes(const std::string& path) {
+  PixbufPtr unused;
+  return LoadPicture(path, &unused);
+}
+
+Status EncodeResized(const std::string& source, int width, int height, const std::string& target,
+                     std::string* bytes) {
+  PixbufPtr picture;
+  if (const Status s = LoadPictureAt(source, width, height, &picture); s != Status::kOk) return s;
+  const std::string extension = ExtensionOf(target);
+  if (const char* writer = extension.empty() || extension == "bmp" ? nullptr
+                                                                   : WriterFor(extension)) {
+    gchar* buffer = nullptr;
+    gsize size = 0;
+    GError* error = nullptr;
+    const bool ok = gdk_pixbuf_save_to_buffer(picture.get(), &buffer, &size, writer, &error,
+                                              nullptr);
+    if (error != nullptr) g_error_free(error);
+    if (!ok) return Fail(Status::kOutputUnwritable, std::string("cannot encode ") + target);
+    bytes->assign(buffer, size);
+    g_free(buffer);
+    return Status::kOk;
+  }
+  const bool alpha = gdk_pixbuf_get_has_alpha(picture.get());
+  *bytes = EncodeBmp24(PixelRows{gdk_pixbuf_get_width(picture.get()),
+                                 gdk_pixbuf_get_height(picture.get()),
+                                 gdk_pixbuf_read_pixels(picture.get()),
+                                 gdk_pixbuf_get_rowstride(picture.get()),
+                                 alpha ? PixelLayout::kRgba : PixelLayout::kRgb});
+  if (bytes->empty()) return Fail(Status::kDrawingFailed, "cannot encode " + target);
+  return Status::kOk;
+}
+
+}  // namespace tolvex::render
