@@ -22,9 +22,7 @@
 
 #include "fuzz/FuzzInput.h"
 #include "platform/FaultInjection.h"
-#include "reference/IniDocument.h"
-#include "reference/IniEditor.h"
-#include "reference/IniQuery.h"
+#include "reference/IniModel.h"
 
 namespace tolvex::fuzz {
 namespace {

@@ -9,9 +9,7 @@
 #include <vector>
 
 #include "platform/IndexedIni.h"
-#include "reference/IniDocument.h"
-#include "reference/IniEditor.h"
-#include "reference/IniQuery.h"
+#include "reference/IniModel.h"
 
 namespace tolvex::platform {
 namespace {

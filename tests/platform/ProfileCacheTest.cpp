@@ -46,7 +46,10 @@ class ProfileCache : public ::testing::Test {
   std::string m_path = m_dir.File("t.ini");
 };
 
-TEST_F(ProfileCache, InPlaceRewriteAtTheSameSizeWithTheOldTimeIsSeen) {
+// Changes that keep the stamp, each after a trusted read: rewritten in place at the same size
+// with the old time or a new one, and again and again right after each other; another file
+// renamed over it with the old times; truncated, rewritten with the old time, removed.
+TEST_F(ProfileCache, ChangesThatKeepTheStampAreSeen) {
   Settle();
   EXPECT_EQ(ReadK(), "aaaa");
   EXPECT_EQ(ReadK(), "aaaa");
@@ -56,6 +59,30 @@ TEST_F(ProfileCache, InPlaceRewriteAtTheSameSizeWithTheOldTimeIsSeen) {
   EXPECT_EQ(ReadK(), "bbbb");
   Poke("cccc", "-");
   EXPECT_EQ(ReadK(), "cccc");
+  for (int round = 0; round < 12; ++round) {
+    const std::string value(4, "defg"[round % 4]);
+    Poke(value.c_str(), ModifiedNs());
+    EXPECT_EQ(ReadK(), value) << "round " << round;
+  }
+
+  Settle();
+  EXPECT_EQ(ReadK(), "gggg");
+  const std::string other = m_dir.File("other.ini");
+  WriteFile(other, "[s]\r\nk=zzzz\r\n");
+  ASSERT_TRUE(CopyFileTimes(m_path, other));
+  std::filesystem::rename(other, m_path);
+  EXPECT_EQ(ReadK(), "zzzz");
+
+  Settle();
+  EXPECT_EQ(ReadK(), "zzzz");
+  const std::string before = ModifiedNs();
+  std::filesystem::resize_file(m_path, 0);
+  EXPECT_EQ(ReadK(), "<none>");
+  WriteFile(m_path, "[s]\r\nk=yyyy\r\n");
+  Poke("xxxx", before);
+  EXPECT_EQ(ReadK(), "xxxx");
+  ASSERT_TRUE(std::filesystem::remove(m_path));
+  EXPECT_EQ(ReadK(), "<none>");
 }
 
 // A change within one tick of the coarse file clock leaves the same times, so a read taken
@@ -73,38 +100,6 @@ TEST_F(ProfileCache, OnlyAReadWellAfterTheLastChangeIsTrusted) {
     EXPECT_EQ(ReadK(), c.next) << "read " << c.after << " ns after the last change";
     platform::ClearFaults();
   }
-}
-
-TEST_F(ProfileCache, RewritesRightAfterEachOtherAreAllSeen) {
-  const char* values[] = {"bbbb", "cccc", "dddd", "eeee"};
-  for (int round = 0; round < 12; ++round) {
-    const char* value = values[round % 4];
-    Poke(value, ModifiedNs());
-    EXPECT_EQ(ReadK(), value) << "round " << round;
-  }
-}
-
-TEST_F(ProfileCache, AnotherFileRenamedOverItIsSeen) {
-  Settle();
-  EXPECT_EQ(ReadK(), "aaaa");
-  const std::string other = m_dir.File("other.ini");
-  WriteFile(other, "[s]\r\nk=zzzz\r\n");
-  ASSERT_TRUE(CopyFileTimes(m_path, other));
-  std::filesystem::rename(other, m_path);
-  EXPECT_EQ(ReadK(), "zzzz");
-}
-
-TEST_F(ProfileCache, TruncatedAndRewrittenWithTheOldTimeIsSeen) {
-  Settle();
-  EXPECT_EQ(ReadK(), "aaaa");
-  const std::string before = ModifiedNs();
-  std::filesystem::resize_file(m_path, 0);
-  EXPECT_EQ(ReadK(), "<none>");
-  WriteFile(m_path, "[s]\r\nk=yyyy\r\n");
-  Poke("xxxx", before);
-  EXPECT_EQ(ReadK(), "xxxx");
-  ASSERT_TRUE(std::filesystem::remove(m_path));
-  EXPECT_EQ(ReadK(), "<none>");
 }
 
 // A write changes the cached form of the file: it must start from the file as it is, whatever

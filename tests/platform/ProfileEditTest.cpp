@@ -81,7 +81,7 @@ TEST_F(EditTest, StagedChangesStayInTheEditingThreadUntilCommit) {
   EXPECT_EQ(ChildOutput("read", {m_path, "s", "k"}), "direct");
 }
 
-TEST_F(EditTest, DroppedEditLeavesFilesAsTheyWere) {
+TEST_F(EditTest, DroppedEditLeavesFilesAsTheyWereAndAFileIsMadeOnlyWhenWritten) {
   const std::string fresh = m_dir.File("fresh.ini");
   {
     Edit edit(m_path);
@@ -95,10 +95,6 @@ TEST_F(EditTest, DroppedEditLeavesFilesAsTheyWere) {
   EXPECT_EQ(ReadFile(m_path), kOld);
   EXPECT_FALSE(FileExists(fresh));
   EXPECT_EQ(Read(m_path, "k"), "old");
-}
-
-TEST_F(EditTest, FileNotMadeYetIsCreatedOnlyWhenWritten) {
-  const std::string fresh = m_dir.File("fresh.ini");
   {
     Edit edit(fresh);
     EXPECT_EQ(Read(fresh, "k"), "<none>");

@@ -58,46 +58,31 @@ TEST(ProfilePath, RelativePathWithSeparatorIsFromCurrentFolder) {
   EXPECT_EQ(ReadFile(dir.File("r.ini")), "[s]\r\nk=w\r\n");
 }
 
-TEST(CopyFile, CopiesBytesAndHonoursFailIfExists) {
+TEST(CopyFile, CopiesBytesAndReadOnlyAndRefusesWhatItMayNotReplace) {
   TempDir dir;
   const std::string source = dir.File("a.ini"), target = dir.File("b.ini");
+  EXPECT_FALSE(CopyFileA(source.c_str(), target.c_str(), FALSE));  // no source
+  EXPECT_FALSE(FileExists(target));
   const std::string bytes = std::string("[s]\r\nk=\0x\r\n", 11);
   WriteFile(source, bytes);
-  EXPECT_TRUE(CopyFileA(source.c_str(), target.c_str(), FALSE));
-  EXPECT_EQ(ReadFile(target), bytes);
-
   WriteFile(target, "other");
-  EXPECT_FALSE(CopyFileA(source.c_str(), target.c_str(), TRUE));
+  EXPECT_FALSE(CopyFileA(source.c_str(), target.c_str(), TRUE));  // fail if it exists
   EXPECT_EQ(ReadFile(target), "other");
   EXPECT_TRUE(CopyFileA(source.c_str(), target.c_str(), FALSE));
   EXPECT_EQ(ReadFile(target), bytes);
-}
 
-TEST(CopyFile, FailsForMissingSourceReadOnlyTargetAndBadPaths) {
-  TempDir dir;
-  const std::string source = dir.File("a.ini"), target = dir.File("b.ini");
-  EXPECT_FALSE(CopyFileA(source.c_str(), target.c_str(), FALSE));
-  EXPECT_FALSE(FileExists(target));
-
-  WriteFile(source, "[s]\r\n");
-  WriteFile(target, "keep");
   MakeReadOnly(target);
+  EXPECT_FALSE(CopyFileA(dir.path().c_str(), target.c_str(), FALSE));  // a folder as source
   EXPECT_FALSE(CopyFileA(source.c_str(), target.c_str(), FALSE));
-  EXPECT_EQ(ReadFile(target), "keep");
-
+  EXPECT_EQ(ReadFile(target), bytes);
   EXPECT_FALSE(CopyFileA(source.c_str(), "", FALSE));
-  EXPECT_FALSE(CopyFileA(source.c_str(), dir.File("no/b.ini").c_str(), FALSE));
-  EXPECT_FALSE(CopyFileA(dir.path().c_str(), dir.File("c.ini").c_str(), FALSE));
-}
+  EXPECT_FALSE(CopyFileA(source.c_str(), dir.File("no/c.ini").c_str(), FALSE));
 
-TEST(CopyFile, CopyOfReadOnlyFileIsReadOnly) {
-  TempDir dir;
-  const std::string source = dir.File("a.ini"), target = dir.File("b.ini");
-  WriteFile(source, "[s]\r\nk=1\r\n");
-  MakeReadOnly(source);
-  ASSERT_TRUE(CopyFileA(source.c_str(), target.c_str(), FALSE));
-  EXPECT_TRUE(IsReadOnly(target));
-  EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "2", target.c_str()));
+  // A copy of a read-only file is read-only.
+  const std::string copy = dir.File("c.ini");
+  ASSERT_TRUE(CopyFileA(target.c_str(), copy.c_str(), FALSE));
+  EXPECT_TRUE(IsReadOnly(copy));
+  EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "2", copy.c_str()));
 }
 
 TEST(ProfileRead, SeesAnInPlaceEditOfTheSameSizeAtOnce) {

@@ -57,12 +57,10 @@ bool NoThinLines(const Picture& p) {
 TEST(Mask, OneColourOnRingsAtLeastTwoPixelsThickAndEveryButtonItsOwnArea) {
   TempDir dir;
   TestTemplate tpl(dir);
-  tpl.Page("NTSC", "FALSE");
   WriteSolidPicture(dir.File("b.png"), 8, 8, Rgb{10, 200, 10});
-  tpl.Page("BackgroundBmp", "b.png");
-  tpl.Page("BackgroundTitle", "Title");  // in the open: marked, it would add areas
-  tpl.Page("BackgroundTitlePosition_x", "250");
-  tpl.Page("BackgroundTitlePosition_y", "450");
+  // A title in the open: marked, it would add areas.
+  tpl.Page({{"NTSC", "FALSE"}, {"BackgroundBmp", "b.png"}, {"BackgroundTitle", "Title"},
+            {"BackgroundTitlePosition_x", "250"}, {"BackgroundTitlePosition_y", "450"}});
   const Box a{560, 100, 660, 150}, b{560, 200, 660, 250}, clipped{680, 540, 800, 600};
   const std::vector<Box> boxes = {
       a, b, clipped, {-100, -100, -10, -10},                        // off the page: left out
@@ -138,7 +136,7 @@ TEST_F(MenuAndMask, OutlineSurroundsTheDrawnFrameWithoutCoveringIt) {
   const std::vector<int> outline = {2, 2, 3, 4, 4};
   tpl.Count(5);
   for (size_t i = 0; i < buttons.size(); ++i) {
-    tpl.Button(static_cast<int>(i), buttons[i].first, buttons[i].second, kFrame);
+    tpl.Button(int(i), buttons[i].first, buttons[i].second, kFrame);
   }
   tpl.Nav(false, {60, 400, 156, 440}, 4, kFrame);  // frame and arrow in the frame colour
   tpl.Nav(true, {564, 400, 660, 440}, 4, kFrame);
@@ -151,25 +149,16 @@ TEST_F(MenuAndMask, OutlineSurroundsTheDrawnFrameWithoutCoveringIt) {
   for (size_t i = 0; i < buttons.size(); ++i) {
     const Box& box = buttons[i].first;
     if (buttons[i].second > 0) {
-      const Box frame = FindInk(menu, Grow(box, 1), kBackground, kFrame).bounds;
-      EXPECT_EQ(std::tie(frame.left, frame.top, frame.right, frame.bottom),
-                std::tie(box.left, box.top, box.right, box.bottom));
+      EXPECT_EQ(FindInk(menu, Grow(box, 1), kBackground, kFrame).bounds, box);
     }
     expected.push_back(Grow(box, outline[i]));
     EXPECT_EQ(CountPixels(mask, expected.back(), kWhite), Ring(expected.back(), outline[i])) << i;
   }
   expected.push_back(Grow(Box{60, 400, 156, 440}, 4));
   expected.push_back(Grow(Box{564, 400, 660, 440}, 4));
-  auto order = [](const Box& a, const Box& b) {
-    return std::tie(a.left, a.top, a.right, a.bottom) < std::tie(b.left, b.top, b.right, b.bottom);
-  };
-  std::sort(areas.begin(), areas.end(), order);
-  std::sort(expected.begin(), expected.end(), order);
-  ASSERT_EQ(areas.size(), expected.size());
-  for (size_t i = 0; i < areas.size(); ++i) {
-    EXPECT_EQ(std::tie(areas[i].left, areas[i].top, areas[i].right, areas[i].bottom),
-              std::tie(expected[i].left, expected[i].top, expected[i].right, expected[i].bottom));
-  }
+  std::sort(areas.begin(), areas.end());
+  std::sort(expected.begin(), expected.end());
+  EXPECT_EQ(areas, expected);
 }
 
 TEST_F(MenuAndMask, WithoutRoomOutsideTheOutlineTakesTheFramesPlaceOnThatSide) {
@@ -178,37 +167,26 @@ TEST_F(MenuAndMask, WithoutRoomOutsideTheOutlineTakesTheFramesPlaceOnThatSide) {
   const Box c{500, 200, 600, 260}, d{608, 150, 700, 193};   // only their corners too near
   const Box e{100, 300, 140, 340}, solid{144, 300, 184, 340};
   tpl.Count(7);
-  tpl.Button(5, e, 2, kFrame);
-  tpl.Button(6, solid, 2, kFrame);
+  const std::pair<Box, int> buttons[] = {{a, 4}, {b, 4}, {edge, 2}, {c, 4},
+                                         {d, 4}, {e, 2}, {solid, 2}};
+  for (int i = 0; i < 7; ++i) tpl.Button(i, buttons[i].first, buttons[i].second, kFrame);
   tpl.Key(6, "ButtonFrameThickness", "2147483647");  // the frame fills the button
-  tpl.Button(0, a, 4, kFrame);
-  tpl.Button(1, b, 4, kFrame);
-  tpl.Button(2, edge, 2, kFrame);
-  tpl.Button(3, c, 4, kFrame);
-  tpl.Button(4, d, 4, kFrame);
   Render();
   EXPECT_EQ(Areas(mask).size(), 7u);
-  EXPECT_EQ(CountPixels(mask, {144, 300, 164, 340}, kWhite), 20 * 40);
-  EXPECT_EQ(CountPixels(mask, {164, 300, 184, 340}, kWhite), 0);
-  EXPECT_TRUE(NoThinLines(mask));
-  // Facing sides: on the frames, and the gap between them left free.
-  EXPECT_EQ(CountPixels(mask, {196, 200, 200, 260}, kWhite), 4 * 60);
-  EXPECT_EQ(CountPixels(mask, {206, 200, 210, 260}, kWhite), 4 * 60);
-  EXPECT_EQ(CountPixels(mask, {200, 190, 206, 270}, kWhite), 0);
-  // The far sides, outside as usual.
-  EXPECT_EQ(CountPixels(mask, {96, 200, 100, 260}, kWhite), 4 * 60);
-  EXPECT_EQ(CountPixels(mask, {100, 196, 200, 200}, kWhite), 4 * 100);
-  EXPECT_EQ(CountPixels(mask, {306, 200, 310, 260}, kWhite), 4 * 60);
-  // At the page's edge: the frame's own two columns, and the outline closed round the corner.
-  EXPECT_EQ(CountPixels(mask, {0, 400, 2, 450}, kWhite), 2 * 50);
-  EXPECT_EQ(CountPixels(mask, {0, 398, 82, 400}, kWhite), 2 * 82);
-  EXPECT_EQ(CountPixels(mask, {2, 400, 80, 450}, kWhite), 0);
-  // Where only the corners would meet, the upright sides next to them lie on the frames.
-  EXPECT_EQ(CountPixels(mask, {596, 200, 600, 260}, kWhite), 4 * 60);
-  EXPECT_EQ(CountPixels(mask, {608, 150, 612, 193}, kWhite), 4 * 43);
-  EXPECT_EQ(CountPixels(mask, {600, 146, 608, 264}, kWhite), 0);
-  EXPECT_EQ(CountPixels(mask, {500, 196, 600, 200}, kWhite), 4 * 100);  // tops still outside
-  EXPECT_EQ(CountPixels(mask, {608, 193, 700, 197}, kWhite), 4 * 92);
+  const std::pair<Box, int> marked[] = {
+      {{144, 300, 164, 340}, 20 * 40}, {{164, 300, 184, 340}, 0},  // half the solid button
+      // Facing sides: on the frames, and the gap between them left free.
+      {{196, 200, 200, 260}, 4 * 60}, {{206, 200, 210, 260}, 4 * 60}, {{200, 190, 206, 270}, 0},
+      // The far sides, outside as usual.
+      {{96, 200, 100, 260}, 4 * 60}, {{100, 196, 200, 200}, 4 * 100},
+      {{306, 200, 310, 260}, 4 * 60},
+      // At the page's edge: the frame's own two columns, and the outline closed round the corner.
+      {{0, 400, 2, 450}, 2 * 50}, {{0, 398, 82, 400}, 2 * 82}, {{2, 400, 80, 450}, 0},
+      // Where only the corners would meet, the upright sides next to them lie on the frames,
+      // the tops still outside.
+      {{596, 200, 600, 260}, 4 * 60}, {{608, 150, 612, 193}, 4 * 43}, {{600, 146, 608, 264}, 0},
+      {{500, 196, 600, 200}, 4 * 100}, {{608, 193, 700, 197}, 4 * 92}};
+  for (const auto& [box, count] : marked) EXPECT_EQ(CountPixels(mask, box, kWhite), count) << box;
 }
 
 }  // namespace

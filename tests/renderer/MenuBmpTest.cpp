@@ -1,9 +1,11 @@
 // CreateMenuBmp and ImageResize, probed pixel by pixel.
 #include <tolvex/MenuBmp.h>
+#include <tolvex/MenuMask.h>
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <thread>
 
 #include "renderer/RenderTestSupport.h"
 #include "renderer/TitleText.h"
@@ -215,13 +217,29 @@ TEST_F(MenuBmp, FailuresLeaveTheOutputAsItWas) {
     WriteFile(dir.File("menu.bmp"), old);
     key == "ButtonFrameBmp" ? tpl.Key(0, key, value) : tpl.Page(key, value);
     EXPECT_EQ(CreateMenuBmp(tpl.path()), 0) << value;
+    EXPECT_PRED2(Has, TolvexMenuBmpLastError(), dir.File(value));  // the file and the cause
     EXPECT_EQ(ReadFile(dir.File("menu.bmp")), old) << value;
     EXPECT_EQ(Entries(), 5) << value;  // and no temporary left behind
   }
   TestTemplate absent(dir, "absent.ini");
   EXPECT_EQ(CreateMenuBmp(absent.path()), 0);
+  EXPECT_PRED2(Has, TolvexMenuBmpLastError(), absent.path());
   EXPECT_FALSE(FileExists(dir.File("absent.bmp")));
   EXPECT_EQ(CreateMenuBmp(nullptr), 0);
+}
+
+TEST_F(MenuBmp, TheReasonIsClearedBySuccessAndKeptPerThreadAndLibrary) {
+  tpl.Page("BackgroundBmp", "missing.png");
+  ASSERT_EQ(CreateMenuBmp(tpl.path()), 0);
+  ASSERT_NE(CreateMaskMenuBmp(tpl.path()), 0);  // the mask needs no picture
+  EXPECT_STREQ(TolvexMenuMaskLastError(), "");
+  EXPECT_PRED2(Has, TolvexMenuBmpLastError(), "missing.png");  // despite the mask's success
+  std::string other = "unset";
+  std::thread([&] { other = TolvexMenuBmpLastError(); }).join();
+  EXPECT_EQ(other, "");
+  tpl.Page("BackgroundBmp", "");
+  ASSERT_NE(CreateMenuBmp(tpl.path()), 0);
+  EXPECT_STREQ(TolvexMenuBmpLastError(), "");
 }
 
 class Resize : public ::testing::Test {
@@ -265,6 +283,7 @@ TEST_F(Resize, RefusesBadSizesAndUnreadableOrAbsurdPictures) {
       {"in.bmp", "a.bmp", 100000, 100000}, {"missing.bmp", "a.bmp", 10, 10},
       {"huge.bmp", "a.bmp", 10, 10},     {"in.bmp", "no/folder/a.bmp", 10, 10}};
   for (const auto& [from, to, w, h] : cases) EXPECT_EQ(Run(from, to, w, h), 0) << from << w;
+  EXPECT_PRED2(Has, TolvexMenuBmpLastError(), dir.File("no/folder/a.bmp"));
   EXPECT_FALSE(FileExists(dir.File("a.bmp")));
 }
 

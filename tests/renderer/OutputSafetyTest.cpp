@@ -14,6 +14,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <functional>
 
 #include "renderer/RenderTestSupport.h"
 
@@ -21,6 +22,20 @@ namespace tolvex::test {
 namespace {
 
 namespace fs = std::filesystem;
+
+// Whether `call` returned true in a child process, which an alarm ends so that a deadlock
+// fails the test instead of hanging it.
+::testing::AssertionResult InChild(const std::function<bool()>& call) {
+  const pid_t pid = fork();
+  if (pid == 0) {
+    alarm(30);
+    _exit(call() ? 0 : 1);
+  }
+  int status = 0;
+  waitpid(pid, &status, 0);
+  if (!WIFEXITED(status)) return ::testing::AssertionFailure() << "signal " << WTERMSIG(status);
+  return ::testing::AssertionResult(WEXITSTATUS(status) == 0);
+}
 
 class OutputSafety : public ::testing::Test {
  protected:
@@ -81,7 +96,7 @@ TEST_F(OutputSafety, AnOutputThatIsAnInputOrTheOtherOutputIsRefusedHoweverSpelt)
   named.Page("NTSC", "TRUE");
   const std::string bytes = ReadFile(dir.File("m.bmp"));
   EXPECT_EQ(CreateMenuBmp(named.path()), 0);
-  EXPECT_PRED2(Has, std::string(TolvexMenuBmpLastError()), "the template itself");
+  EXPECT_PRED2(Has, TolvexMenuBmpLastError(), "the template itself");
   EXPECT_EQ(ReadFile(dir.File("m.bmp")), bytes);
 }
 
@@ -122,18 +137,11 @@ TEST_F(OutputSafety, AFileSizeLimitFailsTheWriteAndLeavesNoTemporary) {
   WriteFile(dir.File(".menu.bmp.tmp999999-0-123"), "stale");  // named by an earlier version
   WriteFile(dir.File(".menu.bmp.tmpfile"), "not ours");
   for (const bool mask : {false, true}) {
-    const pid_t pid = fork();
-    if (pid == 0) {
+    EXPECT_TRUE(InChild([&] {
       const struct rlimit limit = {20000, 20000};  // a page's BMP is a megabyte
       setrlimit(RLIMIT_FSIZE, &limit);
-      const int result = mask ? CreateMaskMenuBmp(tpl.path()) : CreateMenuBmp(tpl.path());
-      const std::string reason = mask ? TolvexMenuMaskLastError() : TolvexMenuBmpLastError();
-      _exit(result == 0 && reason.find("too large") != std::string::npos ? 0 : 1);
-    }
-    int status = 0;
-    waitpid(pid, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status)) << "killed by signal " << WTERMSIG(status);
-    EXPECT_EQ(WEXITSTATUS(status), 0) << "rendered, or failed for another reason";
+      return Render(mask, true).find("too large") != std::string::npos;
+    })) << "rendered, or failed for another reason";
   }
   EXPECT_EQ(ReadFile(dir.File("menu.bmp")), old);
   EXPECT_EQ(Names(), (std::vector<std::string>{".menu.bmp.tmpfile", "bg.png", "menu.bmp",
@@ -175,22 +183,15 @@ TEST_F(OutputSafety, AFileTheRendererCouldNotHaveMadeIsNeverReplaced) {
 }
 
 // Rendering inside an edit of the template, on the edit's thread: the outputs are written under
-// the folder lock that the edit holds, and the default names go into the edit. Run in a child
-// that an alarm ends, so that a deadlock fails the test instead of hanging it.
+// the folder lock that the edit holds, and the default names go into the edit.
 TEST_F(OutputSafety, RenderingInsideAnEditOfTheTemplateNeitherWaitsNorLosesTheNames) {
-  const pid_t child = fork();
-  if (child == 0) {
-    alarm(30);
+  EXPECT_TRUE(InChild([&] {
     TolvexProfileEdit* edit = TolvexBeginProfileEdit(tpl.path());
-    const bool rendered = edit && CreateMenuBmp(tpl.path()) && CreateMaskMenuBmp(tpl.path());
-    const bool committed = rendered && TolvexCommitProfileEdit(edit);
+    const bool done = edit && CreateMenuBmp(tpl.path()) && CreateMaskMenuBmp(tpl.path()) &&
+                      TolvexCommitProfileEdit(edit);
     TolvexEndProfileEdit(edit);
-    _exit(committed ? 0 : 1);
-  }
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  ASSERT_TRUE(WIFEXITED(status)) << "ended by signal " << WTERMSIG(status);
-  EXPECT_EQ(WEXITSTATUS(status), 0);
+    return done;
+  }));
   char name[64];
   GetPrivateProfileStringA("Background", "OutputBmp", "", name, sizeof name, tpl.path());
   EXPECT_STREQ(name, "menu.bmp");

@@ -12,7 +12,9 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "support/TempDir.h"
@@ -29,7 +31,13 @@ inline constexpr Rgb kBlack{0, 0, 0}, kWhite{255, 255, 255}, kRed{255, 0, 0}, kB
 
 struct Box {
   int left, top, right, bottom;  // right and bottom exclusive, as in the template
+  auto Tie() const { return std::tie(left, top, right, bottom); }
+  bool operator==(const Box& o) const { return Tie() == o.Tie(); }
+  bool operator<(const Box& o) const { return Tie() < o.Tie(); }
 };
+inline std::ostream& operator<<(std::ostream& out, const Box& b) {
+  return out << '{' << b.left << ", " << b.top << ", " << b.right << ", " << b.bottom << '}';
+}
 // `b` grown by `by` pixels on every side (shrunk when negative).
 inline Box Grow(Box b, int by) { return Box{b.left - by, b.top - by, b.right + by, b.bottom + by}; }
 // The pixels of a frame ring `t` thick along the inside of `b`.

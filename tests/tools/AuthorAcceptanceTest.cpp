@@ -1,7 +1,8 @@
 // author, end to end: a disc of two pages (3 and 2 numbered buttons, previous and next on both)
 // and five short generated videos, one of them DVD MPEG-2 already, played through libdvdnav as
-// a player would: buttons play their own videos, a video's end returns to its button, previous
-// and next switch pages, and the arrow keys reach every button. Also the one-line errors.
+// a player would: every button shows its highlight in the colours asked for over the band its
+// mask marks, buttons play their own videos, a video's end returns to its button, previous and
+// next switch pages, and the arrow keys reach every button. Also the one-line errors.
 #include "ToolRunner.h"
 #include "tools/author/DvdPlayer.h"
 
@@ -19,10 +20,7 @@ namespace {
 constexpr double kSeconds[] = {1.0, 1.5, 2.0, 2.5, 3.0};
 constexpr int kReadyVideo = 2;  // made as DVD MPEG-2, used as it is
 constexpr int kPageButtons[] = {5, 4};  // numbered buttons, then previous and next
-
-bool Shell(const std::string& folder, const std::string& command) {
-  return std::system(("cd '" + folder + "' && " + command + " >/dev/null 2>&1").c_str()) == 0;
-}
+constexpr Rgb8 kSelected{255, 220, 0}, kActivated{0, 200, 255};
 
 // The page a menu is, known by its button count.
 int PageOf(const Menu& menu) { return menu.buttons == kPageButtons[0] ? 1 : menu.buttons ? 2 : 0; }
@@ -35,8 +33,9 @@ ToolResult AuthorDisc(const std::string& dir) {
                        ExamplePicture("background.png")},
                       dir).status, 0);
   }
-  std::vector<std::string> args = {"author", "page3.ini", "page2.ini", "--out", "disc",
-                                   "--iso", "disc.iso", "--video"};
+  std::vector<std::string> args = {"author", "page3.ini", "page2.ini", "--out", "disc", "--iso",
+                                   "disc.iso", "--highlight", "255", "220", "0", "--select", "0",
+                                   "200", "255", "--video"};
   for (int n = 1; n <= 5; ++n) {
     const std::string name = "v" + std::to_string(n) + (n == kReadyVideo ? ".mpg" : ".mp4");
     const std::string seconds = std::to_string(kSeconds[n - 1]);
@@ -131,6 +130,15 @@ TEST(AuthoredDisc, PlaysAsAPlayerNavigatesIt) {
   const ToolResult authored = AuthorDisc(dir.path());
   ASSERT_EQ(authored.status, 0) << authored.err;
   SaysWhatItDidAndKeepsTheXml(dir, authored.out);
+  DvdPlayer viewer(dir.File("disc"));
+  ASSERT_TRUE(viewer.ok());
+  for (int page = 1; page <= 2; ++page) {
+    ASSERT_EQ(PageOf(viewer.RunToMenu()), page);
+    ExpectHighlights(viewer, dir.File("disc/menus/page" + std::to_string(page) + "-mask.bmp"),
+                     kSelected, kActivated);
+    viewer.Select(kPageButtons[page - 1]);  // next
+    viewer.Activate();
+  }
   for (auto check : {EachNumberedButtonPlaysItsVideoAndItsEndReturnsToTheButton,
                      PreviousAndNextSwitchPagesAndWrapAround,
                      ArrowKeysReachEveryButtonFromTheFirst}) {

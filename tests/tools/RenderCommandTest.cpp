@@ -9,15 +9,6 @@
 namespace tolvex::test {
 namespace {
 
-// The start of a PNG's header chunk, which ends in its width and height.
-std::string PngHeader(unsigned width, unsigned height) {
-  std::string h("\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR", 16);
-  for (unsigned v : {width, height}) {
-    for (int shift = 24; shift >= 0; shift -= 8) h += static_cast<char>(v >> shift);
-  }
-  return h;
-}
-
 TEST(RenderCommand, WritesMenuMaskAndAPreviewWithEveryButtonOutlined) {
   TempDir dir;
   ASSERT_EQ(RunTool({"new", "menu.ini", "--buttons", "3", "--max", "5", "--nav", "--background",

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 namespace tolvex::test {
 
 namespace {
@@ -33,6 +35,18 @@ ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd,
 ToolResult RunToolAndSignal(const std::vector<std::string>& args, const std::string& cwd,
                             const std::string& waitFor, int signal) {
   return Run(args, cwd, 0, 0, waitFor, signal);
+}
+
+bool Shell(const std::string& folder, const std::string& command) {
+  return std::system(("cd '" + folder + "' && " + command + " >/dev/null 2>&1").c_str()) == 0;
+}
+
+std::string PngHeader(unsigned width, unsigned height) {
+  std::string h("\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR", 16);
+  for (unsigned v : {width, height}) {
+    for (int shift = 24; shift >= 0; shift -= 8) h += static_cast<char>(v >> shift);
+  }
+  return h;
 }
 
 nlohmann::json ShowJson(const std::string& file) {

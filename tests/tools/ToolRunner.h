@@ -29,6 +29,12 @@ ToolResult RunToolAndSignal(const std::vector<std::string>& args, const std::str
 // `show --json` of `file`, parsed; fails the test when the tool fails.
 nlohmann::json ShowJson(const std::string& file);
 
+// Runs `command` through the shell in `folder`, quietly; whether it succeeded.
+bool Shell(const std::string& folder, const std::string& command);
+
+// The start of a PNG: its signature and header chunk up to the width and height.
+std::string PngHeader(unsigned width, unsigned height);
+
 // A picture shipped in examples/.
 inline std::string ExamplePicture(const std::string& name) {
   return std::string(TOLVEX_EXAMPLES_DIR) + "/" + name;

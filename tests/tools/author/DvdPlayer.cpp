@@ -1,11 +1,14 @@
 // The libdvdnav player of the author tests (see DvdPlayer.h).
 #include "tools/author/DvdPlayer.h"
 
+#include <gdk-pixbuf/gdk-pixbuf.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <vector>
 
 namespace tolvex::test {
 
@@ -113,6 +116,104 @@ std::optional<DrawnHighlight> DvdPlayer::Highlight(int button, bool activated) {
     drawn.contrast[kind] = static_cast<int>(area.palette >> (4 * kind) & 0xf);
   }
   return drawn;
+}
+
+namespace {
+
+using Box = DrawnHighlight;  // edges included
+
+// The 8-connected pieces of marked (non-black) pixels of a mask picture, as boxes.
+std::vector<Box> MaskPieces(const std::string& file) {
+  std::unique_ptr<GdkPixbuf, void (*)(void*)> mask(gdk_pixbuf_new_from_file(file.c_str(), nullptr),
+                                                  g_object_unref);
+  if (!mask) {
+    ADD_FAILURE() << file << ": unreadable";
+    return {};
+  }
+  const int w = gdk_pixbuf_get_width(mask.get()), h = gdk_pixbuf_get_height(mask.get());
+  const int n = gdk_pixbuf_get_n_channels(mask.get());
+  const int stride = gdk_pixbuf_get_rowstride(mask.get());
+  const guchar* pixels = gdk_pixbuf_read_pixels(mask.get());
+  std::vector<char> seen(static_cast<size_t>(w) * h, 0);
+  auto take = [&](int x, int y) {  // whether (x, y) is marked and not yet in a piece
+    if (x < 0 || y < 0 || x >= w || y >= h || seen[y * w + x]) return false;
+    const guchar* p = pixels + y * stride + x * n;
+    return (seen[y * w + x] = (p[0] | p[1] | p[2]) != 0) != 0;
+  };
+  std::vector<Box> pieces;
+  for (int y = 0; y < h; ++y) {
+    for (int x = 0; x < w; ++x) {
+      if (!take(x, y)) continue;
+      Box box;
+      box.left = box.right = x, box.top = box.bottom = y;
+      for (std::vector<std::pair<int, int>> todo{{x, y}}; !todo.empty();) {
+        const auto [cx, cy] = todo.back();
+        todo.pop_back();
+        box.left = std::min(box.left, cx), box.top = std::min(box.top, cy);
+        box.right = std::max(box.right, cx), box.bottom = std::max(box.bottom, cy);
+        for (int d = 0; d < 9; ++d) {
+          const int nx = cx + d % 3 - 1, ny = cy + d / 3 - 1;
+          if (take(nx, ny)) todo.push_back({nx, ny});
+        }
+      }
+      pieces.push_back(box);
+    }
+  }
+  return pieces;
+}
+
+std::string Describe(const DrawnHighlight& h) {
+  std::string text = "area " + std::to_string(h.left) + "," + std::to_string(h.top) + " - " +
+                     std::to_string(h.right) + "," + std::to_string(h.bottom) + ", kinds:";
+  for (int k = 0; k < 4; ++k) {
+    text += " (" + std::to_string(h.colour[k].r) + " " + std::to_string(h.colour[k].g) + " " +
+            std::to_string(h.colour[k].b) + " contrast " + std::to_string(h.contrast[k]) + ")";
+  }
+  return text;
+}
+
+// Some pixels of the button's subpicture show, and all that show are in `colour`.
+void ExpectDrawnIn(const DrawnHighlight& h, Rgb8 colour, const std::string& where) {
+  int shown = 0;
+  for (int k = 0; k < 4; ++k) {
+    if (h.contrast[k] == 0) continue;
+    ++shown;
+    const Rgb8& c = h.colour[k];
+    EXPECT_TRUE(std::abs(c.r - colour.r) <= 12 && std::abs(c.g - colour.g) <= 12 &&
+                std::abs(c.b - colour.b) <= 12)
+        << where << ": " << Describe(h);
+  }
+  EXPECT_GT(shown, 0) << where << ": nothing is drawn: " << Describe(h);
+}
+
+}  // namespace
+
+void ExpectHighlights(DvdPlayer& player, const std::string& maskFile, Rgb8 selected,
+                      Rgb8 activated) {
+  const int buttons = player.Pci() ? player.Pci()->hli.hl_gi.btn_ns : 0;
+  const std::vector<Box> bands = MaskPieces(maskFile);
+  ASSERT_EQ(static_cast<int>(bands.size()), buttons) << maskFile;
+  std::vector<int> held(bands.size(), 0);
+  for (int b = 1; b <= buttons; ++b) {
+    const std::string where = maskFile + " button " + std::to_string(b);
+    const auto drawn = player.Highlight(b, false), pressed = player.Highlight(b, true);
+    ASSERT_TRUE(drawn && pressed) << where;
+    ExpectDrawnIn(*drawn, selected, where + " selected");
+    ExpectDrawnIn(*pressed, activated, where + " activated");
+    int bandsHeld = 0;
+    for (size_t i = 0; i < bands.size(); ++i) {
+      const Box& band = bands[i];
+      if (drawn->left <= band.left && drawn->top <= band.top && drawn->right >= band.right &&
+          drawn->bottom >= band.bottom) {
+        ++held[i], ++bandsHeld;
+      }
+    }
+    EXPECT_EQ(bandsHeld, 1) << where << ": " << Describe(*drawn);
+  }
+  for (size_t i = 0; i < bands.size(); ++i) {
+    EXPECT_EQ(held[i], 1) << maskFile << ": band at " << bands[i].left << "," << bands[i].top
+                          << " lies in " << held[i] << " button areas";
+  }
 }
 
 }  // namespace tolvex::test

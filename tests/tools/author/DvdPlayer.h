@@ -1,7 +1,7 @@
 // A DVD player for the author tests, on libdvdnav (the navigation library common players use):
 // plays a VIDEO_TS folder or a disc image until a menu holds still, presses buttons and arrow
 // keys, and reports what a player would draw: the highlighted button and its area and colours,
-// and the aspect of the picture.
+// and the aspect of the picture; checks a menu's highlights against the mask it was made from.
 #ifndef TOLVEX_TESTS_TOOLS_AUTHOR_DVDPLAYER_H
 #define TOLVEX_TESTS_TOOLS_AUTHOR_DVDPLAYER_H
 
@@ -67,6 +67,13 @@ class DvdPlayer {
   std::set<int> m_titles;
   std::array<uint32_t, 16> m_palette{};  // the subpicture palette, as 0x00YYCrCb
 };
+
+// Checks the menu `player` stands at, as a viewer sees it: every button has a selected and an
+// activated highlight drawn in `selected` and `activated` (within the palette's rounding), and
+// each selected area holds exactly one of the bands (the 8-connected pieces) of `maskFile`,
+// each band lying in exactly one area.
+void ExpectHighlights(DvdPlayer& player, const std::string& maskFile, Rgb8 selected,
+                      Rgb8 activated);
 
 }  // namespace tolvex::test
 

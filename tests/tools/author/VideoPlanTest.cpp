@@ -150,23 +150,6 @@ TEST(VideoPlan, TitlesShareATitlesetOnlyWithTheSamePictureAndSoundAttributes) {
   EXPECT_EQ(key(Clip(1280, 720), AspectChoice::k4x3), key(Clip(640, 480)));
 }
 
-TEST(VideoPlan, SaysInOneLineWhatBecomesOfTheVideo) {
-  VideoFacts phone = Clip(1920, 1080, 1, 90);
-  phone.sounds = {{"aac", 44100, 2}};
-  EXPECT_EQ(DescribePlan("IMG 1.mov", phone,
-                         PlanVideo(phone, Standard::kPal, AspectChoice::kAuto)),
-            "IMG 1.mov: 1920x1080 turned 90° 30 fps H.264, AAC stereo 44.1 kHz → PAL 4:3 "
-            "pillarboxed, 25 fps, AC-3 stereo");
-  const VideoFacts wide = Dvd(720, 480, kNtscRate, 16.0 / 9, {kAc3});
-  EXPECT_EQ(DescribePlan("dvd.mpg", wide, PlanVideo(wide, Standard::kNtsc, AspectChoice::kAuto)),
-            "dvd.mpg: DVD MPEG-2 NTSC 16:9, used as it is");
-  EXPECT_EQ(DescribePlan("dvd.mpg", wide, PlanVideo(wide, Standard::kPal, AspectChoice::kAuto)),
-            "dvd.mpg: 720x480 29.97 fps MPEG-2, AC-3 stereo → PAL 16:9, 25 fps, AC-3 stereo");
-  const VideoFacts quiet = Dvd(720, 576, 25, 4.0 / 3, {});
-  EXPECT_EQ(DescribePlan("q.vob", quiet, PlanVideo(quiet, Standard::kPal, AspectChoice::kAuto)),
-            "q.vob: DVD MPEG-2 PAL 4:3, no sound → picture used as it is, silent AC-3 stereo");
-}
-
 // What ffprobe says of a phone clip: upright video recorded on its side, at a variable rate.
 TEST(VideoFacts, ReadFromFfprobeWithRotationPixelShapeAndSound) {
   const std::string phone = R"({
