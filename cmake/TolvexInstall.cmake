@@ -11,6 +11,12 @@ install(TARGETS TolvexMenuTemplate TolvexProfile Tolvex_MenuBmp Tolvex_MenuMask
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 
+# A MinGW build's DLLs and programs load the C++ runtime's DLLs, which Windows looks for beside
+# them first.
+if(WIN32 AND TOLVEX_MINGW_RUNTIME_DLLS)
+  install(FILES ${TOLVEX_MINGW_RUNTIME_DLLS} DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
+
 install(FILES
   include/tolvex/Export.h include/tolvex/WinTypes.h include/tolvex/CString.h
   include/tolvex/Profile.h include/tolvex/MenuTitle.h include/tolvex/MenuButton.h

@@ -1,7 +1,9 @@
 // The operating-system seam of the platform layer: the few file primitives the profile code
-// needs (read a whole file, replace one atomically, lock a folder, copy, probe a path). One
-// implementation per system lives beside this file (posix/); everything above is OS-unaware.
-// Every function may be called from any thread; FolderLock is what serialises writers.
+// needs (read a whole file, replace one atomically, lock a folder, copy, probe a path), and
+// the looks at a path that the menutemplate tool takes before it uses a file a user named.
+// One implementation per system lives beside this file (posix/, win32/); everything above is
+// OS-unaware. Every function may be called from any thread; FolderLock is what serialises
+// writers.
 #ifndef TOLVEX_PLATFORM_OS_H
 #define TOLVEX_PLATFORM_OS_H
 
@@ -117,6 +119,48 @@ int ProcessId();
 
 // Creates `folder` and any missing parents.
 Status CreateFolders(const std::string& folder);
+
+// What a path names, as LookAt sees it.
+enum class PathKind { kFile, kFolder, kPipe, kDevice, kOther };
+
+struct PathInfo {
+  PathKind kind = PathKind::kOther;
+  uint64_t size = 0;
+  int64_t modifiedSeconds = 0;  // since 1970
+  // No write permission bit (POSIX) or the read-only attribute (Windows): read-only for every
+  // caller, root and administrators included.
+  bool readOnly = false;
+  // Owned by the user this process runs as (Windows: always, a file's owner is not looked at).
+  bool ownedByCaller = false;
+};
+
+// Looks at `path` without opening it: at what links lead to, or, without `followLinks`, at a
+// link itself. kNotFound when there is nothing there.
+Status LookAt(const std::string& path, PathInfo* info, bool followLinks = true);
+
+// Whether this process may read the file `path`: opens it without waiting for a writer and
+// without making a terminal its own, and refuses what opened unless it is a regular file
+// (kIsDirectory for a folder, kInvalidArgument for anything else).
+Status CheckReadable(const std::string& path);
+
+// Whether this process may write the existing file `path`, by its permissions (read-only files
+// are told by LookAt).
+Status CheckWritable(const std::string& path);
+
+// Whether this process may make files in `folder`, which must exist.
+Status CheckFolderWritable(const std::string& folder);
+
+// Makes a new, empty folder that only this user may use, in the system's folder of temporary
+// files, named `prefix` and a few random characters; `folder` is its path.
+Status MakePrivateFolder(const std::string& prefix, std::string* folder);
+
+// Whether the standard output of this process goes to a terminal (a console on Windows).
+bool StandardOutputIsTerminal();
+
+// Makes the standard input, output and error of this process carry bytes as they are, with no
+// line ends translated (Windows' text mode writes "\r\n" for "\n" and ends input at a
+// Ctrl-Z), so that a program's output and its input are the same bytes on every system.
+void UseBinaryStandardStreams();
 
 // An exclusive lock shared by every writer of the files of one folder, in this and in other
 // processes. Released by the destructor, on whatever thread it runs (in a forked child it

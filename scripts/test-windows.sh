@@ -19,7 +19,7 @@ build=build-windows
 launcher=()
 command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache)
 cmake -S . -B "$build" -G Ninja -DCMAKE_TOOLCHAIN_FILE=cmake/windows/mingw-clang.cmake \
-  -DCMAKE_BUILD_TYPE=Release -DTOLVEX_BUILD_BENCHMARKS=OFF -DTOLVEX_INSTALL=OFF \
+  -DCMAKE_BUILD_TYPE=Release -DTOLVEX_BUILD_BENCHMARKS=OFF -DTOLVEX_INSTALL=ON \
   "${launcher[@]}" >/dev/null
 
 # Wine's Windows folder is made (or brought up to date) by wineboot; its server goes away once

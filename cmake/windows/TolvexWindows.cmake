@@ -1,5 +1,6 @@
 # Build settings of the Windows build (a MinGW-w64 cross-build, see mingw-clang.cmake): where
-# the DLLs and programs go, the names our code is compiled with, and GoogleTest from source.
+# the DLLs and programs go, the names our code is compiled with, GoogleTest from source, and
+# the header-only libraries of the tool (CLI11, nlohmann-json) from Debian's headers.
 
 # DLLs and programs side by side, so that every test program finds the libraries it loads.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
@@ -24,6 +25,22 @@ if(TOLVEX_BUILD_TESTS AND NOT TARGET GTest::gtest)
     add_library(GTest::gtest_main ALIAS gtest_main)
   endif()
 endif()
+
+# CLI11 and nlohmann-json are headers only, the same for every target; but Debian's CMake
+# configs of both add -I/usr/include, which would put the host's C headers before MinGW's.
+# Their targets here see only their own folders, through links in the build tree.
+set(TOLVEX_HOST_HEADERS ${PROJECT_BINARY_DIR}/host-headers)
+foreach(entry "CLI11::CLI11=CLI" "nlohmann_json::nlohmann_json=nlohmann")
+  string(REPLACE "=" ";" entry "${entry}")
+  list(GET entry 0 target)
+  list(GET entry 1 folder)
+  if(IS_DIRECTORY /usr/include/${folder} AND NOT TARGET ${target})
+    file(MAKE_DIRECTORY ${TOLVEX_HOST_HEADERS})
+    file(CREATE_LINK /usr/include/${folder} ${TOLVEX_HOST_HEADERS}/${folder} SYMBOLIC)
+    add_library(${target} INTERFACE IMPORTED)
+    set_target_properties(${target} PROPERTIES INTERFACE_INCLUDE_DIRECTORIES ${TOLVEX_HOST_HEADERS})
+  endif()
+endforeach()
 
 # clang warns of two things our tests do on purpose (a self-assignment, and string literals
 # that continue one another in a table); the native build (GCC) has no such warnings.

@@ -29,8 +29,14 @@ set(CMAKE_EXE_LINKER_FLAGS_INIT "-L${TOLVEX_MINGW_GCC_DIR}")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-L${TOLVEX_MINGW_GCC_DIR}")
 set(CMAKE_MODULE_LINKER_FLAGS_INIT "-L${TOLVEX_MINGW_GCC_DIR}")
 set(CMAKE_CXX_STANDARD_LIBRARIES "-lpthread" CACHE STRING "")
+# The DLLs of that C++ library that every program and DLL of the build loads; an installed
+# tree carries them beside its own (TolvexInstall.cmake).
+set(TOLVEX_MINGW_RUNTIME_DLLS ${TOLVEX_MINGW_GCC_DIR}/libstdc++-6.dll
+  ${TOLVEX_MINGW_GCC_DIR}/libgcc_s_seh-1.dll ${TOLVEX_MINGW_SYSROOT}/lib/libwinpthread-1.dll)
 
-set(CMAKE_FIND_ROOT_PATH ${TOLVEX_MINGW_SYSROOT})
+# Roots given on the command line (-DCMAKE_FIND_ROOT_PATH=<prefix>: a prefix our Windows
+# package is installed in, for a project that uses it) are searched as well as MinGW's.
+list(APPEND CMAKE_FIND_ROOT_PATH ${TOLVEX_MINGW_SYSROOT})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
@@ -38,6 +44,9 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 # No .pc file of the Linux host may describe a Windows library.
 set(ENV{PKG_CONFIG_LIBDIR} "${TOLVEX_MINGW_SYSROOT}/lib/pkgconfig")
 set(ENV{PKG_CONFIG_PATH} "")
+
+# This file, for projects that the tests configure with it (tests/package).
+set(TOLVEX_TOOLCHAIN_FILE ${CMAKE_CURRENT_LIST_FILE})
 
 # Tests run under Wine (see wine-run.sh).
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/wine-run.sh)

@@ -1,19 +1,16 @@
 // The built libTolvexMenuTemplate as an application loads it (this binary does not link it):
-// dlopen and dlclose run its hooks, and it exports the public classes and none of its insides.
-#include <gtest/gtest.h>
+// loading and unloading run its hooks, and it exports the public classes and none of its
+// insides.
+#include "module/LoadedLibrary.h"
 
-#include <dlfcn.h>
+#include <gtest/gtest.h>
 
 #include <string>
 
+namespace tolvex::test {
 namespace {
 
 const char kLibrary[] = TOLVEX_LIBRARY_FILE;
-
-bool IsLoaded() {
-  void* handle = dlopen(kLibrary, RTLD_NOW | RTLD_NOLOAD);
-  return handle != nullptr && dlclose(handle) == 0;
-}
 
 TEST(LibraryLoad, LoadsExportsOnlyThePublicApiAndUnloads) {
   const char* const exported[] = {
@@ -30,20 +27,21 @@ TEST(LibraryLoad, LoadsExportsOnlyThePublicApiAndUnloads) {
       "_Z22AfxInitExtensionModuleR20AFX_EXTENSION_MODULEPv",
       "_Z22AfxTermExtensionModuleR20AFX_EXTENSION_MODULEi",
   };
-  ASSERT_FALSE(IsLoaded());
+  ASSERT_FALSE(IsLibraryLoaded(kLibrary));
   for (int round = 0; round < 2; ++round) {  // it loads again after unloading
-    void* handle = dlopen(kLibrary, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(handle, nullptr) << dlerror();
+    std::string error;
+    void* library = LoadLibraryFile(kLibrary, &error);
+    ASSERT_NE(library, nullptr) << error;
     for (const char* name : exported) {
-      Dl_info info{};
-      void* symbol = dlsym(handle, name);
-      EXPECT_TRUE(symbol && dladdr(symbol, &info) && info.dli_fname == std::string(kLibrary))
+      void* symbol = FindSymbol(library, name);
+      EXPECT_TRUE(symbol && AddressInLibrary(symbol, library, kLibrary))
           << name << " is not exported by the library";
     }
-    for (const char* name : internal) EXPECT_EQ(dlsym(handle, name), nullptr) << name;
-    EXPECT_EQ(dlclose(handle), 0) << dlerror();
-    EXPECT_FALSE(IsLoaded()) << "round " << round;
+    for (const char* name : internal) EXPECT_EQ(FindSymbol(library, name), nullptr) << name;
+    EXPECT_TRUE(UnloadLibrary(library));
+    EXPECT_FALSE(IsLibraryLoaded(kLibrary)) << "round " << round;
   }
 }
 
 }  // namespace
+}  // namespace tolvex::test

@@ -5,13 +5,10 @@
 
 #include "support/TempDir.h"
 
-
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
-#include <utime.h>
-#include <unistd.h>
-
+#include <chrono>
+#include <filesystem>
 #include <string>
 
 namespace tolvex::test {
@@ -26,9 +23,9 @@ TEST(ToolAndLibrary, AChangeRemovesStagedCopiesOfKilledOlderRuns) {
   const std::string stale = dir.File(".menu.ini.Ab12Cd"), fresh = dir.File(".menu.ini.Zz9Yy8"),
                     other = dir.File(".menu.ini.notours");
   for (const std::string& copy : {stale, fresh, other}) WriteFile(copy, "[Background]\r\n");
-  const struct utimbuf hourAgo {time(nullptr) - 3600, time(nullptr) - 3600};
-  ASSERT_EQ(utime(stale.c_str(), &hourAgo), 0);
-  ASSERT_EQ(utime(other.c_str(), &hourAgo), 0);
+  const auto hourAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
+  std::filesystem::last_write_time(stale, hourAgo);
+  std::filesystem::last_write_time(other, hourAgo);
   ASSERT_EQ(RunTool({"show", file}).status, 0);
   EXPECT_TRUE(FileExists(stale));  // reading changes nothing
   ASSERT_EQ(RunTool({"set", file, "title", "x"}).status, 0);

@@ -3,7 +3,7 @@
 
 #include "renderer/TitleText.h"
 
-#include <strings.h>
+#include "tools/page/AsciiCase.h"
 
 #include <algorithm>
 
@@ -47,10 +47,10 @@ render::Rect TitleBox(const render::Title& title, const render::Rect& area) {
 std::optional<std::string> FontStandIn(const render::Title& title) {
   if (title.fontName.empty()) return std::nullopt;
   const std::string used = render::FontFamilyUsed(title);
-  if (strcasecmp(used.c_str(), title.fontName.c_str()) == 0) return std::nullopt;
+  if (EqualIgnoringCase(used, title.fontName)) return std::nullopt;
   // Generic names stand for whatever fontconfig chooses.
   for (const char* generic : {"sans", "sans-serif", "serif", "monospace", "mono"})
-    if (strcasecmp(title.fontName.c_str(), generic) == 0) return std::nullopt;
+    if (EqualIgnoringCase(title.fontName, generic)) return std::nullopt;
   return used.empty() ? "no font at all" : used;
 }
 

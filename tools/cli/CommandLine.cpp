@@ -31,6 +31,9 @@ int RunCommandLine(int argc, char** argv) {
   CLI::App app{"Reads, writes, checks and renders DVD menu templates."};
   app.name("menutemplate");
   app.require_subcommand(1);
+  // Options start with '-' on every system: a name such as "/dvd/menu.ini" is a file, also on
+  // Windows, where CLI11 would otherwise take "/x" for an option.
+  app.allow_windows_style_options(false);
   std::function<int()> run;
 
   NewOptions make;

@@ -23,12 +23,10 @@
 #include "tools/author/Video.h"
 #include "tools/author/VideoPlan.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
+#include "platform/Os.h"
+#include "tools/io/Reason.h"
 
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -53,7 +51,7 @@ void WriteText(const fs::path& file, const std::string& text) {
 // Step lines on standard output, and a bar that redraws itself on a terminal.
 class Progress {
  public:
-  explicit Progress(int steps) : m_steps(steps), m_terminal(isatty(1)) {}
+  explicit Progress(int steps) : m_steps(steps), m_terminal(tolvex::platform::os::StandardOutputIsTerminal()) {}
   void Step(const std::string& what) {
     StopIfAsked();
     std::cout << "[" << ++m_step << "/" << m_steps << "] " << what << std::endl;
@@ -116,10 +114,11 @@ void RunIn(const fs::path& folder, Invocation run, const std::string& what, Stan
 // Refuses, before any program opens it, a file that is not a plain file: a FIFO would hang the
 // program reading it, a device would be read without end.
 void RequirePlainFile(const std::string& file, const std::string& what) {
-  struct stat info {};
-  if (stat(file.c_str(), &info) != 0)
-    throw ToolError(file, "cannot read the " + what + ": " + std::strerror(errno));
-  if (!S_ISREG(info.st_mode))
+  namespace os = tolvex::platform::os;
+  os::PathInfo info;
+  const auto looked = os::LookAt(file, &info);
+  if (!looked.ok()) throw ToolError(file, "cannot read the " + what + ": " + Reason(looked));
+  if (info.kind != os::PathKind::kFile)
     throw ToolError(file, "is not a plain file (a folder, FIFO or device), so it cannot be the " +
                               what);
 }

@@ -225,8 +225,9 @@ class Checker {
       std::string path = m_file.Resolve(given);
       if (std::optional<std::string> problem = OutputProblem(path))
         m_report.Add(Severity::kError, name, "'" + Echo(given) + "' cannot be written: " + Echo(*problem));
+      // Any root ("/x", and on Windows "C:\x", "\x" and "C:x") leaves the folder too.
       const std::filesystem::path relative = std::filesystem::path(given).lexically_normal();
-      if (relative.is_absolute() || (!relative.empty() && *relative.begin() == ".."))
+      if (relative.has_root_path() || (!relative.empty() && *relative.begin() == ".."))
         m_report.Add(Severity::kWarning, name,
                      "'" + Echo(given) + "' lies outside the template's folder; rendering "
                      "writes " + Echo(path));

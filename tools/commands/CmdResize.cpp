@@ -4,16 +4,16 @@
 #include "tools/cli/Commands.h"
 #include "tools/cli/ToolError.h"
 
+#include "platform/Os.h"
+
 #include <tolvex/MenuBmp.h>
 #include <tolvex/MenuTemplate.h>
-
-#include <unistd.h>
 
 namespace menutool {
 
 int RunResize(const std::string& source, const std::string& target, unsigned width,
               unsigned height) {
-  if (access(source.c_str(), R_OK) != 0) throw ToolError(source, "no such picture");
+  if (!tolvex::platform::os::CheckReadable(source).ok()) throw ToolError(source, "no such picture");
   CMenuTemplate menu;
   if (!menu.ResizeImage(CString(source.c_str()), CString(target.c_str()), width, height))
     throw ToolError(source, "cannot resize to " + std::to_string(width) + "x" +

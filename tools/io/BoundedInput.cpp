@@ -2,16 +2,17 @@
 #include "tools/io/BoundedInput.h"
 
 #include "tools/cli/ToolError.h"
+#include "tools/io/Reason.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include "platform/Os.h"
 
-#include <cerrno>
-#include <cstring>
+#include <iostream>
 
 namespace menutool {
 namespace {
+
+namespace os = tolvex::platform::os;
+using tolvex::platform::StatusCode;
 
 std::string SizeText(unsigned long long bytes) {
   if (bytes >= (1ULL << 30)) return std::to_string(bytes >> 30) + " GB";
@@ -20,65 +21,57 @@ std::string SizeText(unsigned long long bytes) {
 }
 
 // Why a file of this kind is no document, or nullptr for a regular file.
-const char* KindProblem(mode_t mode) {
-  if (S_ISREG(mode)) return nullptr;
-  if (S_ISDIR(mode)) return "is a folder, not a file";
-  if (S_ISFIFO(mode)) return "is a named pipe (FIFO), not a file (pipe it to '-' instead)";
-  if (S_ISCHR(mode) || S_ISBLK(mode)) return "is a device, not a file";
+const char* KindProblem(os::PathKind kind) {
+  switch (kind) {
+    case os::PathKind::kFile: return nullptr;
+    case os::PathKind::kFolder: return "is a folder, not a file";
+    case os::PathKind::kPipe:
+      return "is a named pipe (FIFO), not a file (pipe it to '-' instead)";
+    case os::PathKind::kDevice: return "is a device, not a file";
+    case os::PathKind::kOther: break;
+  }
   return "is not a regular file";
 }
 
-// Reads `fd` to its end, or until it has given more than `limit` bytes.
-std::string ReadUpTo(int fd, std::size_t limit, const std::string& name, const char* what) {
+std::string TooMuch(std::size_t limit, const char* what) {
+  return std::string("holds more than the ") + SizeText(limit) + " that " + what + " may have";
+}
+
+// Reads the standard input to its end, or until it has given more than `limit` bytes.
+std::string ReadStandardInput(std::size_t limit, const char* what) {
+  const std::string name = "the standard input";
   std::string bytes;
   char chunk[1 << 16];
+  std::streambuf* input = std::cin.rdbuf();
   for (;;) {
-    const ssize_t got = read(fd, chunk, sizeof chunk);
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0)
-      throw ToolError(name, std::string("cannot read ") + what + ": " + std::strerror(errno));
-    if (got == 0) return bytes;
-    if (bytes.size() + static_cast<std::size_t>(got) > limit)
-      throw ToolError(name, std::string("holds more than the ") + SizeText(limit) + " that " +
-                                what + " may have");
+    const std::streamsize got = input->sgetn(chunk, sizeof chunk);
+    if (got <= 0) return bytes;
+    if (bytes.size() + static_cast<std::size_t>(got) > limit) throw ToolError(name, TooMuch(limit, what));
     bytes.append(chunk, static_cast<std::size_t>(got));
   }
 }
 
-class Descriptor {
- public:
-  explicit Descriptor(int fd) : m_fd(fd) {}
-  ~Descriptor() {
-    if (m_fd >= 0) close(m_fd);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int fd() const { return m_fd; }
-
- private:
-  int m_fd;
-};
-
 }  // namespace
 
 std::string ReadBoundedInput(const std::string& name, std::size_t limit, const char* what) {
-  if (name == "-") return ReadUpTo(STDIN_FILENO, limit, "the standard input", what);
+  if (name == "-") return ReadStandardInput(limit, what);
   const std::string cannot = std::string("cannot read ") + what + ": ";
-  struct stat before {};
-  if (stat(name.c_str(), &before) != 0) throw ToolError(name, cannot + std::strerror(errno));
-  if (const char* problem = KindProblem(before.st_mode)) throw ToolError(name, problem);
-  if (static_cast<unsigned long long>(before.st_size) > limit)
-    throw ToolError(name, "is " + SizeText(static_cast<unsigned long long>(before.st_size)) +
-                              ", more than the " + SizeText(limit) + " that " + what +
-                              " may have");
-  // O_NONBLOCK and O_NOCTTY: should the name have been swapped for a FIFO or a terminal since
-  // the stat, the open neither waits nor makes it ours; the fstat then refuses it.
-  Descriptor input(open(name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-  if (input.fd() < 0) throw ToolError(name, cannot + std::strerror(errno));
-  struct stat opened {};
-  if (fstat(input.fd(), &opened) != 0) throw ToolError(name, cannot + std::strerror(errno));
-  if (const char* problem = KindProblem(opened.st_mode)) throw ToolError(name, problem);
-  return ReadUpTo(input.fd(), limit, name, what);
+  os::PathInfo info;
+  const auto looked = os::LookAt(name, &info);
+  if (!looked.ok()) throw ToolError(name, cannot + Reason(looked));
+  if (const char* problem = KindProblem(info.kind)) throw ToolError(name, problem);
+  if (info.size > limit)
+    throw ToolError(name, "is " + SizeText(info.size) + ", more than the " + SizeText(limit) +
+                              " that " + what + " may have");
+  // The read opens the name without waiting and takes only a regular file, should the name have
+  // been swapped for a FIFO or a device since the look.
+  std::string bytes;
+  const auto read = os::ReadWholeFile(name, &bytes, nullptr, limit);
+  if (read.code() == StatusCode::kNoSpace) throw ToolError(name, TooMuch(limit, what));
+  if (read.code() == StatusCode::kInvalidArgument) throw ToolError(name, "is not a regular file");
+  if (read.code() == StatusCode::kIsDirectory) throw ToolError(name, KindProblem(os::PathKind::kFolder));
+  if (!read.ok()) throw ToolError(name, cannot + Reason(read));
+  return bytes;
 }
 
 }  // namespace menutool

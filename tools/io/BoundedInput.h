@@ -1,8 +1,8 @@
 // Reading a document a user hands to a command (apply's CHANGES), from a file or the standard
-// input, within a size limit. A named file is looked at with stat() before it is opened and
+// input, within a size limit. A named file is looked at (os::LookAt) before it is opened and
 // opened only when it is a regular file, so a FIFO, a device such as /dev/zero or a folder is
 // refused at once, without waiting for a writer and without the side effects an open of a
-// device may have; the read stops one byte past the limit, whatever the file does meanwhile.
+// device may have; the read stops past the limit, whatever the file does meanwhile.
 #ifndef TOLVEX_TOOLS_BOUNDEDINPUT_H
 #define TOLVEX_TOOLS_BOUNDEDINPUT_H
 

@@ -4,7 +4,7 @@
 // only names the member functions; the few accessors that do not fit get a lambda.
 #include "tools/page/Properties.h"
 
-#include <strings.h>
+#include "tools/page/AsciiCase.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -70,7 +70,8 @@ struct Fields<tagRECT> {
   }
   static tagRECT Take(const Values& in, std::size_t* at) {
     tagRECT r{};
-    for (int32_t* edge : {&r.left, &r.top, &r.right, &r.bottom})
+    // The fields are LONG: int on Linux, long on Windows (32 bits on both).
+    for (auto* edge : {&r.left, &r.top, &r.right, &r.bottom})
       *edge = static_cast<int32_t>(in[(*at)++].number);
     return r;
   }
@@ -322,8 +323,8 @@ std::optional<unsigned> ButtonIndexOfKey(const std::string& key) {
       std::size_t at = pattern.find("{i}");
       std::string before = pattern.substr(0, at), after = pattern.substr(at + 3);
       if (key.size() <= before.size() + after.size() ||
-          strncasecmp(key.c_str(), before.c_str(), before.size()) != 0 ||
-          strcasecmp(key.c_str() + key.size() - after.size(), after.c_str()) != 0)
+          !StartsIgnoringCase(key, before) ||
+          !EqualIgnoringCase(std::string_view(key).substr(key.size() - after.size()), after))
         continue;
       std::string digits = key.substr(before.size(), key.size() - before.size() - after.size());
       errno = 0;

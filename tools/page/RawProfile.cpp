@@ -1,9 +1,9 @@
 // Platform-level reads of template files (see RawProfile.h).
 #include "tools/page/RawProfile.h"
 
-#include <tolvex/Profile.h>
+#include "tools/page/AsciiCase.h"
 
-#include <strings.h>
+#include <tolvex/Profile.h>
 
 #include <cstdint>
 #include <cstdlib>
@@ -72,8 +72,7 @@ std::optional<long long> LayoutInUse(const std::string& path) {
 std::optional<long long> LayoutCount(const std::string& section) {
   // Section names match without regard to case, as the profile functions match them.
   static const std::string prefix = "NumOfButton";
-  if (section.size() < prefix.size() ||
-      strncasecmp(section.c_str(), prefix.c_str(), prefix.size()) != 0)
+  if (!StartsIgnoringCase(section, prefix))
     return std::nullopt;
   std::string digits = section.substr(prefix.size());
   std::size_t start = (!digits.empty() && digits[0] == '-') ? 1 : 0;

@@ -2,53 +2,56 @@
 #include "tools/page/TemplatePath.h"
 
 #include "tools/cli/ToolError.h"
+#include "tools/io/Reason.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
+#include "platform/Os.h"
 
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
 
 namespace menutool {
 
 namespace fs = std::filesystem;
+namespace os = tolvex::platform::os;
 
 std::string LibraryPath(const std::string& path) {
-  if (path.empty() || path.find('/') != std::string::npos) return path;
+  // Any separator (both are on Windows) or a drive ("C:menu.ini") makes a name no bare one.
+  if (path.empty() || fs::path(path).has_parent_path() || fs::path(path).has_root_name())
+    return path;
   return "./" + path;
 }
 
 TemplatePath::TemplatePath(std::string given) : m_given(std::move(given)) {
   if (m_given.empty()) throw ToolError("", "the template file name is empty");
   m_path = LibraryPath(m_given);
-  std::string parent = fs::path(m_path).parent_path().string();
-  m_folder = parent.empty() ? "/" : parent;  // only "/name" has an empty parent here
+  const fs::path path(m_path);
+  // Only a file in a root ("/name", "C:\name") has no folder part beyond the root.
+  m_folder = path.has_parent_path() ? path.parent_path().string() : path.root_path().string();
+  if (m_folder.empty()) m_folder = ".";
 }
 
 std::string TemplatePath::Resolve(const std::string& name) const {
-  if (name.empty() || name[0] == '/') return name;
+  // A name with a root ("/x", and on Windows "C:\x", "\\server\x" and "\x") stays as it is.
+  if (name.empty() || fs::path(name).has_root_path()) return name;
   return (fs::path(m_folder) / name).lexically_normal().string();
 }
 
 void TemplatePath::RequireReadable() const {
-  std::error_code ec;
-  fs::file_status status = fs::status(m_path, ec);
-  if (!fs::exists(status)) throw ToolError(m_given, "no such template file");
-  if (!fs::is_regular_file(status)) throw ToolError(m_given, "not a regular file");
-  if (access(m_path.c_str(), R_OK) != 0)
-    throw ToolError(m_given, std::string("cannot read: ") + std::strerror(errno));
+  os::PathInfo info;
+  if (!os::LookAt(m_path, &info).ok()) throw ToolError(m_given, "no such template file");
+  if (info.kind != os::PathKind::kFile) throw ToolError(m_given, "not a regular file");
+  const auto status = os::CheckReadable(m_path);
+  if (!status.ok()) throw ToolError(m_given, "cannot read: " + Reason(status));
 }
 
 void TemplatePath::RequireWritable() const {
   RequireReadable();
   // A file without write permission bits is read-only for everyone, root included, as the
   // profile functions treat it.
-  struct stat info {};
-  if (stat(m_path.c_str(), &info) == 0 && (info.st_mode & 0222) == 0)
+  os::PathInfo info;
+  if (os::LookAt(m_path, &info).ok() && info.readOnly)
     throw ToolError(m_given, "cannot write: the file is read-only");
-  if (access(m_path.c_str(), W_OK) != 0)
-    throw ToolError(m_given, std::string("cannot write: ") + std::strerror(errno));
+  const auto status = os::CheckWritable(m_path);
+  if (!status.ok()) throw ToolError(m_given, "cannot write: " + Reason(status));
 }
 
 }  // namespace menutool

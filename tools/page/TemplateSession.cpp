@@ -4,11 +4,11 @@
 #include "tools/page/RawProfile.h"
 #include "tools/cli/ToolError.h"
 
-#include <tolvex/Profile.h>
+#include "tools/io/Reason.h"
 
-#include <dirent.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include "platform/Os.h"
+
+#include <tolvex/Profile.h>
 
 #include <cerrno>
 #include <cstring>
@@ -17,12 +17,12 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <vector>
 
 namespace menutool {
 namespace {
 
 namespace fs = std::filesystem;
+namespace os = tolvex::platform::os;
 
 // Versions of this tool before edits staged a change in a copy ".NAME.XXXXXX" beside the
 // template and renamed it over the file; one killed meanwhile left the copy behind. Such a
@@ -45,27 +45,25 @@ void RemoveStaleStagedCopies(const std::string& file) {
   std::error_code error;
   const fs::path target = fs::weakly_canonical(file, error);
   if (error) return;
-  const std::string folder = target.parent_path().string(), base = target.filename().string();
-  DIR* listing = opendir(folder.c_str());
-  if (!listing) return;
+  const std::string base = target.filename().string();
   const std::time_t now = std::time(nullptr);
-  while (dirent* entry = readdir(listing)) {
-    if (!IsStagedCopyName(entry->d_name, base)) continue;
-    const std::string path = folder + "/" + entry->d_name;
-    struct stat info {};
-    if (lstat(path.c_str(), &info) == 0 && S_ISREG(info.st_mode) && info.st_uid == geteuid() &&
-        now - info.st_mtime > kStaleCopyAge)
-      unlink(path.c_str());
+  for (fs::directory_iterator entry(target.parent_path(), error), end; !error && entry != end;
+       entry.increment(error)) {
+    if (!IsStagedCopyName(entry->path().filename().string(), base)) continue;
+    os::PathInfo info;
+    if (os::LookAt(entry->path().string(), &info, /*followLinks=*/false).ok() &&
+        info.kind == os::PathKind::kFile && info.ownedByCaller &&
+        now - info.modifiedSeconds > kStaleCopyAge)
+      fs::remove(entry->path(), error);
   }
-  closedir(listing);
 }
 
 }  // namespace
 
 TemplateSession::TemplateSession(const TemplatePath& file, Purpose purpose)
     : m_file(file), m_path(file.library()), m_menu(CString(m_path.c_str())) {
-  struct stat info {};
-  const bool exists = stat(file.library().c_str(), &info) == 0;
+  os::PathInfo info;
+  const bool exists = os::LookAt(file.library(), &info).ok();
   switch (purpose) {
     case Purpose::kRead: file.RequireReadable(); break;
     case Purpose::kChange: file.RequireWritable(); break;
@@ -81,7 +79,7 @@ TemplateSession::TemplateSession(const TemplatePath& file, Purpose purpose)
   if (!m_edit->IsOpen())
     throw ToolError(file.given(), "cannot edit the file (is its folder missing or read-only?)");
   // Made meanwhile by another writer? Now that the edit holds the lock, none can make it.
-  if (purpose == Purpose::kCreate && stat(file.library().c_str(), &info) == 0)
+  if (purpose == Purpose::kCreate && os::LookAt(file.library(), &info).ok())
     throw ToolError(file.given(), "already exists (use --force to replace it)");
   // Replacing starts from nothing: every section of the old file goes.
   if (purpose == Purpose::kReplace && exists)
@@ -96,26 +94,23 @@ void TemplateSession::EditPrivateCopy() {
   std::ifstream in(m_file.library(), std::ios::binary);
   const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
   if (!in.good() && !in.eof()) throw ToolError(m_file.given(), "cannot read the file");
-  std::string pattern = (fs::temp_directory_path() / "menutemplate.XXXXXX").string();
-  std::vector<char> folder(pattern.begin(), pattern.end());
-  folder.push_back('\0');
-  if (!mkdtemp(folder.data()))
-    throw ToolError(m_file.given(), std::string("cannot make a private copy: ") +
-                                        std::strerror(errno));
-  m_path = std::string(folder.data()) + "/" + fs::path(m_file.library()).filename().string();
+  std::string folder;
+  const auto made = os::MakePrivateFolder("menutemplate.", &folder);
+  if (!made.ok()) throw ToolError(m_file.given(), "cannot make a private copy: " + Reason(made));
+  m_path = (fs::path(folder) / fs::path(m_file.library()).filename()).string();
   std::ofstream out(m_path, std::ios::binary);
   out << bytes;
   out.close();
+  std::error_code ignored;
   if (!out) {
-    unlink(m_path.c_str());
-    rmdir(folder.data());
-    throw ToolError(m_file.given(), "cannot make a private copy in " + pattern);
+    fs::remove_all(folder, ignored);
+    throw ToolError(m_file.given(), "cannot make a private copy in " + folder);
   }
   m_menu.SetTemplateFile(CString(m_path.c_str()));
   m_edit = std::make_unique<tolvex::TemplateEdit>(m_menu);
   // The edit holds the bytes now, and finds them by this name alone.
-  unlink(m_path.c_str());
-  rmdir(folder.data());
+  fs::remove(m_path, ignored);
+  fs::remove(folder, ignored);
 }
 
 void TemplateSession::Commit() {

@@ -2,33 +2,23 @@
 #include "tools/preview/MaskAreas.h"
 
 #include "tools/cli/ToolError.h"
-
-#include <gdk-pixbuf/gdk-pixbuf.h>
+#include "tools/picture/PixelFile.h"
 
 #include <algorithm>
-#include <memory>
 
 namespace menutool {
 
 MaskAreas ReadMaskAreas(const std::string& file) {
-  GError* error = nullptr;
-  std::unique_ptr<GdkPixbuf, void (*)(void*)> mask(gdk_pixbuf_new_from_file(file.c_str(), &error),
-                                                  g_object_unref);
-  if (!mask) {
-    std::string why = error ? error->message : "unreadable";
-    if (error) g_error_free(error);
-    throw ToolError(file, "cannot read the mask: " + why);
-  }
+  Pixels mask;
+  std::string why;
+  if (!ReadPixels(file, &mask, &why)) throw ToolError(file, "cannot read the mask: " + why);
   MaskAreas areas;
-  const int w = areas.width = gdk_pixbuf_get_width(mask.get());
-  const int h = areas.height = gdk_pixbuf_get_height(mask.get());
-  const int channels = gdk_pixbuf_get_n_channels(mask.get());
-  const int stride = gdk_pixbuf_get_rowstride(mask.get());
-  const guchar* pixels = gdk_pixbuf_read_pixels(mask.get());
+  const int w = areas.width = mask.width;
+  const int h = areas.height = mask.height;
   areas.marked.assign(static_cast<size_t>(w) * h, false);
   for (int y = 0; y < h; ++y)
     for (int x = 0; x < w; ++x) {
-      const guchar* p = pixels + static_cast<size_t>(y) * stride + static_cast<size_t>(x) * channels;
+      const uint8_t* p = mask.At(x, y);
       areas.marked[static_cast<size_t>(y) * w + x] = (p[0] | p[1] | p[2]) != 0;
     }
 

@@ -1,5 +1,5 @@
 // The button areas of a rendered mask: each 8-connected piece of marked (non-black) pixels is
-// the band of one button. Read once from the mask picture (gdk-pixbuf) and kept as a bitmap with
+// the band of one button. Read once from the mask picture and kept as a bitmap with
 // the bounding box of every piece, for the preview and for the button areas of a disc menu.
 #ifndef TOLVEX_TOOLS_MASKAREAS_H
 #define TOLVEX_TOOLS_MASKAREAS_H

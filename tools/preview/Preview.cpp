@@ -1,112 +1,74 @@
 // Drawing the preview (see Preview.h). The mask is black except for the button bands (see
-// MaskAreas.h). Their pixels are tinted and a box is drawn round each, so that a highlight that
-// misses its button shows at a glance. The PNG is
-// made in memory and written like every other output (OutputFile.h).
+// MaskAreas.h). Their pixels are tinted and a dashed box is drawn round each, so that a
+// highlight that misses its button shows at a glance. The drawing is done on plain pixels;
+// the PNG is made in memory (PixelFile.h) and written like every other output (OutputFile.h).
 #include "tools/preview/Preview.h"
 
-#include "tools/preview/MaskAreas.h"
-#include "tools/io/OutputFile.h"
 #include "tools/cli/ToolError.h"
+#include "tools/io/OutputFile.h"
+#include "tools/picture/PixelFile.h"
+#include "tools/preview/MaskAreas.h"
 
-#include <cairo.h>
-#include <gdk-pixbuf/gdk-pixbuf.h>
-
-#include <memory>
 #include <string>
 #include <vector>
 
 namespace menutool {
 namespace {
 
-struct PixbufFree {
-  void operator()(GdkPixbuf* p) const { g_object_unref(p); }
-};
-using Pixbuf = std::unique_ptr<GdkPixbuf, PixbufFree>;
-
-Pixbuf Load(const std::string& path) {
-  GError* error = nullptr;
-  Pixbuf picture(gdk_pixbuf_new_from_file(path.c_str(), &error));
-  if (!picture) {
-    std::string why = error ? error->message : "unreadable";
-    if (error) g_error_free(error);
-    throw ToolError(path, "cannot read the picture: " + why);
-  }
-  return picture;
+// Mixes `colour` over the pixel `p` with the opacity `alpha` (0..255).
+void Blend(uint8_t* p, const uint8_t colour[3], unsigned alpha) {
+  for (int c = 0; c < 3; ++c)
+    p[c] = static_cast<uint8_t>((colour[c] * alpha + p[c] * (255 - alpha) + 127) / 255);
 }
 
-// Copies a pixbuf into a cairo surface (cairo keeps premultiplied native-endian ARGB).
-cairo_surface_t* ToSurface(GdkPixbuf* pixbuf) {
-  const int w = gdk_pixbuf_get_width(pixbuf), h = gdk_pixbuf_get_height(pixbuf);
-  const int channels = gdk_pixbuf_get_n_channels(pixbuf), stride = gdk_pixbuf_get_rowstride(pixbuf);
-  const guchar* pixels = gdk_pixbuf_read_pixels(pixbuf);
-  cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_RGB24, w, h);
-  cairo_surface_flush(surface);
-  unsigned char* out = cairo_image_surface_get_data(surface);
-  const int outStride = cairo_image_surface_get_stride(surface);
-  for (int y = 0; y < h; ++y)
-    for (int x = 0; x < w; ++x) {
-      const guchar* p = pixels + y * stride + x * channels;
-      reinterpret_cast<uint32_t*>(out + y * outStride)[x] =
-          (uint32_t{p[0]} << 16) | (uint32_t{p[1]} << 8) | p[2];
-    }
-  cairo_surface_mark_dirty(surface);
-  return surface;
-}
-
-cairo_status_t AppendPng(void* closure, const unsigned char* data, unsigned int length) {
-  static_cast<std::string*>(closure)->append(reinterpret_cast<const char*>(data), length);
-  return CAIRO_STATUS_SUCCESS;
+// A one-pixel dashed outline 2 pixels outside `box` (4 pixels drawn, 3 left out, clockwise from
+// the top-left corner), clipped to the picture.
+void DashedBox(Pixels* picture, const PixelBox& box, const uint8_t colour[3]) {
+  const int left = box.left - 3, top = box.top - 3, right = box.right + 2, bottom = box.bottom + 2;
+  long step = 0;
+  auto dot = [&](int x, int y) {
+    if (step++ % 7 < 4 && x >= 0 && y >= 0 && x < picture->width && y < picture->height)
+      Blend(picture->At(x, y), colour, 255);
+  };
+  for (int x = left; x < right; ++x) dot(x, top);
+  for (int y = top; y < bottom; ++y) dot(right, y);
+  for (int x = right; x > left; --x) dot(x, bottom);
+  for (int y = bottom; y > top; --y) dot(left, y);
 }
 
 }  // namespace
 
 int WritePreview(const std::string& menuPath, const std::string& maskPath, const std::string& png,
                  const PlayerView* player) {
-  Pixbuf menu = Load(menuPath);
+  Pixels menu;
+  std::string why;
+  if (!ReadPixels(menuPath, &menu, &why))
+    throw ToolError(menuPath, "cannot read the picture: " + why);
   const MaskAreas mask = ReadMaskAreas(maskPath);
-  const int w = gdk_pixbuf_get_width(menu.get()), h = gdk_pixbuf_get_height(menu.get());
-  if (mask.width != w || mask.height != h)
+  if (mask.width != menu.width || mask.height != menu.height)
     throw ToolError(maskPath, "the mask is not the size of the menu picture");
 
-  cairo_surface_t* surface = ToSurface(menu.get());
-  cairo_t* cr = cairo_create(surface);
   // Over the menu: what a player draws (the marked pixels inside the highlighted button's area,
-  // in the highlight colour), or else every marked pixel tinted magenta at 60%. Premultiplied.
-  const uint32_t paint =
-      player ? 0xff000000u | uint32_t{player->r} << 16 | uint32_t{player->g} << 8 | player->b
-             : 0x99990099u;
-  cairo_surface_t* tint = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, w, h);
-  cairo_surface_flush(tint);
-  unsigned char* data = cairo_image_surface_get_data(tint);
-  const int tintStride = cairo_image_surface_get_stride(tint);
-  auto shown = [&](int x, int y) {
-    if (!mask.Marked(x, y)) return false;
-    return !player || (player->highlighted < player->areas.size() &&
-                       player->areas[player->highlighted].Contains(x, y));
-  };
-  for (int y = 0; y < h; ++y)
-    for (int x = 0; x < w; ++x)
-      reinterpret_cast<uint32_t*>(data + y * tintStride)[x] = shown(x, y) ? paint : 0u;
-  cairo_surface_mark_dirty(tint);
-  cairo_set_source_surface(cr, tint, 0, 0);
-  cairo_paint(cr);
-  cairo_surface_destroy(tint);
-  cairo_set_source_rgb(cr, 0.0, 1.0, 1.0);  // a dashed cyan box round each area
-  cairo_set_line_width(cr, 1.0);
-  const double dash[] = {4.0, 3.0};
-  cairo_set_dash(cr, dash, 2, 0);
+  // in the highlight colour), or else every marked pixel tinted magenta at 60%.
+  const uint8_t magenta[3] = {255, 0, 255};
+  const uint8_t highlight[3] = {player ? player->r : uint8_t{0}, player ? player->g : uint8_t{0},
+                                player ? player->b : uint8_t{0}};
+  for (int y = 0; y < menu.height; ++y)
+    for (int x = 0; x < menu.width; ++x) {
+      if (!mask.Marked(x, y)) continue;
+      if (!player) {
+        Blend(menu.At(x, y), magenta, 153);
+      } else if (player->highlighted < player->areas.size() &&
+                 player->areas[player->highlighted].Contains(x, y)) {
+        Blend(menu.At(x, y), highlight, 255);
+      }
+    }
+  const uint8_t cyan[3] = {0, 255, 255};
   const std::vector<PixelBox>& boxes = player ? player->areas : mask.pieces;
-  for (const PixelBox& a : boxes) {
-    cairo_rectangle(cr, a.left - 2.5, a.top - 2.5, a.right - a.left + 4, a.bottom - a.top + 4);
-    cairo_stroke(cr);
-  }
-  cairo_destroy(cr);
+  for (const PixelBox& box : boxes) DashedBox(&menu, box, cyan);
+
   std::string bytes;
-  cairo_status_t status = cairo_surface_write_to_png_stream(surface, AppendPng, &bytes);
-  cairo_surface_destroy(surface);
-  if (status != CAIRO_STATUS_SUCCESS)
-    throw ToolError(png,
-                    std::string("cannot make the preview: ") + cairo_status_to_string(status));
+  if (!EncodePng(menu, &bytes, &why)) throw ToolError(png, "cannot make the preview: " + why);
   WriteOutputFile(png, bytes);
   return static_cast<int>(boxes.size());
 }

@@ -1,6 +1,6 @@
 // The preview picture of `render --preview` and of author's menus: the rendered menu with the
 // button areas of the rendered mask (or what a DVD player draws of them) over it, as a PNG for
-// a person to look at (cairo and gdk-pixbuf).
+// a person to look at.
 #ifndef TOLVEX_TOOLS_PREVIEW_H
 #define TOLVEX_TOOLS_PREVIEW_H
 

@@ -1,0 +1,96 @@
+// The tool as a child process on Windows: CreateProcessW with its standard output and error
+// on files, in the folder asked for; a time limit ends it with TerminateProcess. Windows has no
+// signals and no per-process file-size limit, so a test that needs either skips itself first.
+#include "tools/ToolProcess.h"
+
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+namespace tolvex::test {
+namespace {
+
+std::wstring Wide(const std::string& text) {
+  const int length =
+      MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
+  std::wstring wide(static_cast<size_t>(length), L'\0');
+  MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), wide.data(), length);
+  return wide;
+}
+
+// `arg` quoted as the C runtime splits a command line: backslashes before a quote doubled.
+std::wstring Quoted(const std::wstring& arg) {
+  std::wstring out = L"\"";
+  size_t backslashes = 0;
+  for (wchar_t c : arg) {
+    if (c == L'\\') {
+      ++backslashes;
+      continue;
+    }
+    out.append(c == L'"' ? backslashes * 2 + 1 : backslashes, L'\\');
+    backslashes = 0;
+    out += c;
+  }
+  out.append(backslashes * 2, L'\\');
+  return out + L"\"";
+}
+
+// A new file at `path` that a child inherits as a standard handle.
+HANDLE OutputFile(const std::string& path) {
+  SECURITY_ATTRIBUTES inherit{sizeof inherit, nullptr, TRUE};
+  return CreateFileW(Wide(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                     &inherit, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+}  // namespace
+
+int RunToolProcess(const std::vector<std::string>& args, const std::string& cwd,
+                   const std::string& out, const std::string& err, unsigned long fileSizeLimit,
+                   unsigned timeLimit, const std::string& waitFor, int stopSignal) {
+  if (fileSizeLimit || stopSignal || !waitFor.empty()) {
+    ADD_FAILURE() << "Windows has no file-size limit or signals for the tool";
+    return -1;
+  }
+  const std::wstring tool = Wide(MENUTEMPLATE_TOOL);
+  std::wstring line = Quoted(tool);
+  for (const std::string& arg : args) line += L" " + Quoted(Wide(arg));
+  HANDLE o = OutputFile(out), e = OutputFile(err);
+  if (o == INVALID_HANDLE_VALUE || e == INVALID_HANDLE_VALUE) {
+    ADD_FAILURE() << "cannot make the files for the tool's output";
+    if (o != INVALID_HANDLE_VALUE) CloseHandle(o);
+    if (e != INVALID_HANDLE_VALUE) CloseHandle(e);
+    return -1;
+  }
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  startup.dwFlags = STARTF_USESTDHANDLES;
+  startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+  startup.hStdOutput = o;
+  startup.hStdError = e;
+  PROCESS_INFORMATION process{};
+  const std::wstring folder = Wide(cwd);
+  const bool started = CreateProcessW(tool.c_str(), line.data(), nullptr, nullptr, TRUE, 0,
+                                      nullptr, cwd.empty() ? nullptr : folder.c_str(), &startup,
+                                      &process);
+  const DWORD startError = GetLastError();
+  CloseHandle(o);
+  CloseHandle(e);
+  if (!started) {
+    ADD_FAILURE() << "cannot run " << MENUTEMPLATE_TOOL << ": error " << startError;
+    return -1;
+  }
+  CloseHandle(process.hThread);
+  int status = -1;
+  DWORD code = 0;
+  if (WaitForSingleObject(process.hProcess, timeLimit ? timeLimit * 1000 : INFINITE) ==
+      WAIT_OBJECT_0) {
+    if (GetExitCodeProcess(process.hProcess, &code)) status = static_cast<int>(code);
+  } else {
+    TerminateProcess(process.hProcess, 137);
+    WaitForSingleObject(process.hProcess, INFINITE);
+  }
+  CloseHandle(process.hProcess);
+  return status;
+}
+
+}  // namespace tolvex::test
