@@ -82,7 +82,8 @@ TEST_F(HostileInput, PicturesThatAreNotWhatTheyClaimFailAtOnceAndSmall) {
       {dir.File("wide.png"), "too large: 20000 x 20000 pixels"},
       {dir.File("cut.jpg"), "is truncated"},    {dir.File("empty.png"), "empty"},
       {dir.File("claims.jpg"), "holds far too little data for the 5000 x 5000"}};
-  for (const std::string& path : NotRegularFiles(dir)) cases.push_back({path, "not a regular file"});
+  for (const std::string& path : NotRegularFiles(dir))
+    cases.push_back({path, "not a regular file"});
   // A child starts with the pages of this process (more under AddressSanitizer): only the
   // growth tells what the call took.
   const long limit = InChild("", false).maxRssKb + 64 * 1024;
@@ -102,7 +103,8 @@ TEST_F(HostileInput, TemplatesThatAreNotRegularOrTooLargeFailAtOnce) {
   Sparse("huge.ini", uintmax_t{17} << 20, "[Background]\nNTSC=TRUE\n");
   std::vector<std::pair<std::string, const char*>> cases = {
       {dir.File("huge.ini"), "larger than 16 MB"}};
-  for (const std::string& path : NotRegularFiles(dir)) cases.push_back({path, "not a regular file"});
+  for (const std::string& path : NotRegularFiles(dir))
+    cases.push_back({path, "not a regular file"});
   const long limit = InChild("", false).maxRssKb + 64 * 1024;
   for (const auto& [path, why] : cases) {
     for (const bool mask : {false, true}) {

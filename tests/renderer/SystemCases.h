@@ -28,8 +28,11 @@ struct Isolated {
 Isolated RunIsolated(const std::function<std::string()>& call, long fileSizeLimit = 0);
 
 // Paths that are not regular files: a FIFO and a link to it, made in `dir`, and /dev/zero;
-// the device NUL on Windows.
+// on Windows the device NUL, as named in `dir`.
 std::vector<std::string> NotRegularFiles(const TempDir& dir);
+// Whether the renderers refuse those as outputs as "not a regular file": on Windows the write
+// to NUL fails instead with "input/output error" (under Wine), which names no cause.
+extern const bool kNotRegularOutputNamed;
 
 // Another name in `dir` of `target` (relative to `dir`, or absolute): a symbolic link on
 // POSIX; on Windows the name in upper case with backslashes.

@@ -38,6 +38,8 @@ Isolated RunIsolated(const std::function<std::string()>& call, long fileSizeLimi
   return o;
 }
 
+const bool kNotRegularOutputNamed = true;
+
 std::vector<std::string> NotRegularFiles(const TempDir& dir) {
   EXPECT_EQ(mkfifo(dir.File("fifo").c_str(), 0644), 0);
   std::filesystem::create_symlink("fifo", dir.File("to-fifo"));

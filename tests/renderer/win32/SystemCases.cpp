@@ -1,5 +1,6 @@
 // The renderer safety tests' system cases on Windows: calls in this process (no fork, no
-// per-process file-size limit); the device NUL; names differing in case and separators.
+// per-process file-size limit); the device NUL, which every folder holds; names differing in
+// case and separators.
 #include <cctype>
 #include <filesystem>
 
@@ -13,11 +14,13 @@ Isolated RunIsolated(const std::function<std::string()>& call, long) {
   return Isolated{true, call(), 0};
 }
 
-std::vector<std::string> NotRegularFiles(const TempDir&) { return {"NUL"}; }
+const bool kNotRegularOutputNamed = false;
+
+std::vector<std::string> NotRegularFiles(const TempDir& dir) { return {dir.File("NUL")}; }
 
 std::string OtherSpelling(const TempDir&, const std::string& target) {
   std::string name = std::filesystem::path(target).is_absolute() ? target : ".\\" + target;
-  for (char& c : name) c = c == '/' ? '\\' : static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  for (char& c : name) c = c == '/' ? '\\' : static_cast<char>(std::toupper(c & 0xff));
   return name;
 }
 
