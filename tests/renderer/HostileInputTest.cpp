@@ -16,27 +16,23 @@ namespace {
 
 using namespace std::string_literals;
 
-// What a renderer returned, its reason and its peak memory, from a call that cannot hang the
-// suite (on a FIFO, say).
-struct Outcome {
-  bool exited = false;
+// What a renderer returned and its reason, from a call that cannot hang the suite (on a FIFO).
+struct Outcome : Isolated {
   int result = -1;
   std::string reason;
-  long maxRssKb = 0;
 };
 Outcome InChild(const std::string& templatePath, bool mask) {
-  const Isolated run = RunIsolated([&] {
+  Outcome o{RunIsolated([&] {
     std::string path = templatePath;
     const int result = templatePath.empty() ? 0
                        : mask               ? CreateMaskMenuBmp(path.data())
                                             : CreateMenuBmp(path.data());
     return std::to_string(result) + " " +
            (mask ? TolvexMenuMaskLastError() : TolvexMenuBmpLastError());
-  });
-  Outcome o{run.finished, -1, "", run.peakKb};
-  if (const auto space = run.output.find(' '); space != std::string::npos) {
-    o.result = std::stoi(run.output.substr(0, space));
-    o.reason = run.output.substr(space + 1);
+  }), -1, ""};
+  if (const auto space = o.output.find(' '); space != std::string::npos) {
+    o.result = std::stoi(o.output.substr(0, space));
+    o.reason = o.output.substr(space + 1);
   }
   return o;
 }
@@ -86,15 +82,15 @@ TEST_F(HostileInput, PicturesThatAreNotWhatTheyClaimFailAtOnceAndSmall) {
     cases.push_back({path, "not a regular file"});
   // A child starts with the pages of this process (more under AddressSanitizer): only the
   // growth tells what the call took.
-  const long limit = InChild("", false).maxRssKb + 64 * 1024;
+  const long limit = InChild("", false).peakKb + 64 * 1024;
   for (const auto& [picture, why] : cases) {
     tpl.Page("BackgroundBmp", picture);
     const Outcome o = InChild(tpl.path(), false);
-    ASSERT_TRUE(o.exited) << picture << " hung or crashed";
+    ASSERT_TRUE(o.finished) << picture << " hung or crashed";
     EXPECT_EQ(o.result, 0) << picture;
     EXPECT_PRED2(Has, o.reason, picture);
     EXPECT_PRED2(Has, o.reason, why);
-    if (kChildProcesses) { EXPECT_LT(o.maxRssKb, limit) << picture; }  // SVG: once 500 MB
+    if (kChildProcesses) { EXPECT_LT(o.peakKb, limit) << picture; }  // SVG: once 500 MB
   }
   EXPECT_FALSE(FileExists(dir.File("out.bmp")));
 }
@@ -105,14 +101,14 @@ TEST_F(HostileInput, TemplatesThatAreNotRegularOrTooLargeFailAtOnce) {
       {dir.File("huge.ini"), "larger than 16 MB"}};
   for (const std::string& path : NotRegularFiles(dir))
     cases.push_back({path, "not a regular file"});
-  const long limit = InChild("", false).maxRssKb + 64 * 1024;
+  const long limit = InChild("", false).peakKb + 64 * 1024;
   for (const auto& [path, why] : cases) {
     for (const bool mask : {false, true}) {
       const Outcome o = InChild(path, mask);
-      ASSERT_TRUE(o.exited) << path << " hung or crashed";
+      ASSERT_TRUE(o.finished) << path << " hung or crashed";
       EXPECT_EQ(o.result, 0) << path;
       EXPECT_PRED2(Has, o.reason, "cannot read template " + path + ": " + why);
-      if (kChildProcesses) { EXPECT_LT(o.maxRssKb, limit) << path; }
+      if (kChildProcesses) { EXPECT_LT(o.peakKb, limit) << path; }
     }
   }
 }
