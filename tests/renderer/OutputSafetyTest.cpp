@@ -1,41 +1,23 @@
 // Where the renderers may write: never over their template, a picture they draw or the other
 // renderer's output (whatever the spelling), never over anything but a regular file, never
 // over a read-only one (as root too), never over a file that is not a picture they made;
-// symbolic links are followed, a file-size limit fails the write instead of killing the caller,
-// and no temporary file is left behind.
+// another name of a file (a link, or on Windows another case or separator) is written through,
+// a file-size limit fails the write instead of killing the caller, and no temporary file is
+// left behind.
 #include <tolvex/MenuBmp.h>
 #include <tolvex/MenuMask.h>
 
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <filesystem>
-#include <functional>
 
 #include "renderer/RenderTestSupport.h"
+#include "renderer/SystemCases.h"
 
 namespace tolvex::test {
 namespace {
 
 namespace fs = std::filesystem;
-
-// Whether `call` returned true in a child process, which an alarm ends so that a deadlock
-// fails the test instead of hanging it.
-::testing::AssertionResult InChild(const std::function<bool()>& call) {
-  const pid_t pid = fork();
-  if (pid == 0) {
-    alarm(30);
-    _exit(call() ? 0 : 1);
-  }
-  int status = 0;
-  waitpid(pid, &status, 0);
-  if (!WIFEXITED(status)) return ::testing::AssertionFailure() << "signal " << WTERMSIG(status);
-  return ::testing::AssertionResult(WEXITSTATUS(status) == 0);
-}
 
 class OutputSafety : public ::testing::Test {
  protected:
@@ -71,16 +53,14 @@ class OutputSafety : public ::testing::Test {
 };
 
 TEST_F(OutputSafety, AnOutputThatIsAnInputOrTheOtherOutputIsRefusedHoweverSpelt) {
-  fs::create_symlink("bg.png", dir.File("alias.png"));
-  const std::string templateBytes = ReadFile(tpl.path());
   const std::string picture = ReadFile(dir.File("bg.png"));
   const std::tuple<bool, const char*, std::string, const char*> cases[] = {
-      {false, "OutputBmp", "sub/../menu.ini", "the template itself"},
+      {false, "OutputBmp", OtherSpelling(dir, "sub/../menu.ini"), "the template itself"},
       {true, "OutMask", dir.File("menu.ini"), "the template itself"},
-      {false, "OutputBmp", "./alias.png", "the picture"},
+      {false, "OutputBmp", OtherSpelling(dir, "bg.png"), "the picture"},
       {true, "OutMask", "bg.png", "the picture"},
       {false, "OutputBmp", "sub/../same.bmp", "the other output"},  // OutMask=same.bmp below
-      {true, "OutMask", "./same.bmp", "the other output"}};
+      {true, "OutMask", OtherSpelling(dir, "same.bmp"), "the other output"}};
   for (const auto& [mask, key, value, why] : cases) {
     tpl.Page({{"OutputBmp", "same.bmp"}, {"OutMask", "same.bmp"}});
     tpl.Page(key, value);
@@ -100,36 +80,35 @@ TEST_F(OutputSafety, AnOutputThatIsAnInputOrTheOtherOutputIsRefusedHoweverSpelt)
   EXPECT_EQ(ReadFile(dir.File("m.bmp")), bytes);
 }
 
-TEST_F(OutputSafety, LinksAreFollowedAndOnlyWritableRegularFilesReplaced) {
-  fs::create_symlink("sub/real.bmp", dir.File("link.bmp"));
-  tpl.Page({{"OutputBmp", "link.bmp"}, {"OutMask", "mask.bmp"}});
+TEST_F(OutputSafety, AnotherNameIsWrittenThroughAndOnlyWritableRegularFilesReplaced) {
+  const std::string other = OtherSpelling(dir, "sub/real.bmp");
+  tpl.Page({{"OutputBmp", other}, {"OutMask", "mask.bmp"}});
   Render(false, false);
-  EXPECT_TRUE(fs::is_symlink(dir.File("link.bmp")));
   EXPECT_EQ(Picture::Load(dir.File("sub/real.bmp")).At(0, 0), kBlue);
 
-  ASSERT_EQ(mkfifo(dir.File("fifo.bmp").c_str(), 0644), 0);
-  fs::create_symlink("fifo.bmp", dir.File("to-fifo.bmp"));
   const std::string locked = OurPicture(dir.File("locked.bmp"));
-  chmod(dir.File("locked.bmp").c_str(), 0444);  // root may write it, but must not
-  const std::pair<const char*, const char*> cases[] = {
-      {"fifo.bmp", "not a regular file"}, {"to-fifo.bmp", "not a regular file"},
-      {"sub", "it is a folder"},          {"locked.bmp", "the file is read-only"},
+  MakeReadOnly(dir.File("locked.bmp"));  // root may write it, but must not
+  const std::vector<std::string> special = NotRegularFiles(dir);
+  std::vector<std::pair<std::string, const char*>> cases = {
+      {"sub", "it is a folder"}, {"locked.bmp", "the file is read-only"},
       {"no/folder.bmp", "no such file"}};
+  for (const std::string& path : special)
+    cases.push_back({path, kNotRegularOutputNamed ? "not a regular file" : ""});
+  const std::vector<std::string> names = Names();
   for (const auto& [name, why] : cases) {
     for (const bool mask : {false, true}) {
       tpl.Page(mask ? "OutMask" : "OutputBmp", name);
-      EXPECT_PRED2(Has, Render(mask, true), std::string(name) + ": " + why) << name;
-      tpl.Page({{"OutputBmp", "link.bmp"}, {"OutMask", "mask.bmp"}});
+      EXPECT_PRED2(Has, Render(mask, true), name + ": " + why) << name;
+      tpl.Page({{"OutputBmp", other}, {"OutMask", "mask.bmp"}});
     }
   }
-  EXPECT_TRUE(fs::is_fifo(dir.File("fifo.bmp")));
-  EXPECT_TRUE(fs::is_symlink(dir.File("to-fifo.bmp")));
+  for (const std::string& path : special) EXPECT_FALSE(fs::is_regular_file(path)) << path;
   EXPECT_EQ(ReadFile(dir.File("locked.bmp")), locked);
-  EXPECT_EQ(Names(), (std::vector<std::string>{"bg.png", "fifo.bmp", "link.bmp",
-                                               "locked.bmp", "menu.ini", "sub", "to-fifo.bmp"}));
+  EXPECT_EQ(Names(), names);
 }
 
 TEST_F(OutputSafety, AFileSizeLimitFailsTheWriteAndLeavesNoTemporary) {
+  if (!kChildProcesses) GTEST_SKIP() << "Windows has no per-process file-size limit";
   tpl.Page({{"OutputBmp", "menu.bmp"}, {"OutMask", "mask.bmp"}});
   const std::string old = OurPicture(dir.File("menu.bmp"));
   // A temporary left by a writer killed before its rename; the next write removes it.
@@ -137,11 +116,10 @@ TEST_F(OutputSafety, AFileSizeLimitFailsTheWriteAndLeavesNoTemporary) {
   WriteFile(dir.File(".menu.bmp.tmp999999-0-123"), "stale");  // named by an earlier version
   WriteFile(dir.File(".menu.bmp.tmpfile"), "not ours");
   for (const bool mask : {false, true}) {
-    EXPECT_TRUE(InChild([&] {
-      const struct rlimit limit = {20000, 20000};  // a page's BMP is a megabyte
-      setrlimit(RLIMIT_FSIZE, &limit);
-      return Render(mask, true).find("too large") != std::string::npos;
-    })) << "rendered, or failed for another reason";
+    // A page's BMP is a megabyte.
+    const Isolated o = RunIsolated([&] { return Render(mask, true); }, 20000);
+    EXPECT_TRUE(o.finished);
+    EXPECT_PRED2(Has, o.output, "too large");
   }
   EXPECT_EQ(ReadFile(dir.File("menu.bmp")), old);
   EXPECT_EQ(Names(), (std::vector<std::string>{".menu.bmp.tmpfile", "bg.png", "menu.bmp",
@@ -153,20 +131,20 @@ TEST_F(OutputSafety, AFileTheRendererCouldNotHaveMadeIsNeverReplaced) {
   const std::string keys = elsewhere.File("victim_keys"), mask = elsewhere.File("victim_mask");
   WriteFile(keys, "ssh-ed25519 AAAA... me@host\n");
   WriteFile(mask, "BM not a picture at all");
-  fs::create_symlink(keys, dir.File("to-keys.bmp"));
   std::string cut = OurPicture(dir.File("cut.bmp"));
   cut.pop_back();  // a picture of ours, but not whole
   WriteFile(dir.File("cut.bmp"), cut);
   const std::string relative = fs::relative(keys, dir.path()).string();
   const std::pair<std::string, std::string> cases[] = {
-      {relative, keys}, {mask, mask}, {"to-keys.bmp", keys}, {"cut.bmp", dir.File("cut.bmp")}};
+      {relative, keys}, {mask, mask}, {OtherSpelling(dir, keys), keys},
+      {"cut.bmp", dir.File("cut.bmp")}};
   for (const auto& [name, file] : cases) {
     const std::string before = ReadFile(file);
     for (const bool isMask : {false, true}) {
       tpl.Page({{"OutputBmp", isMask ? "menu.bmp" : name}, {"OutMask", isMask ? name : "m.bmp"}});
       EXPECT_PRED2(Has, Render(isMask, true),
                    "refusing to replace output " +
-                       (name[0] == '/' ? name : dir.File(name)) +
+                       (fs::path(name).is_absolute() ? name : dir.File(name)) +
                        ": the file there is not a BMP picture the renderer made")
           << name;
       EXPECT_EQ(ReadFile(file), before) << name;
@@ -185,13 +163,15 @@ TEST_F(OutputSafety, AFileTheRendererCouldNotHaveMadeIsNeverReplaced) {
 // Rendering inside an edit of the template, on the edit's thread: the outputs are written under
 // the folder lock that the edit holds, and the default names go into the edit.
 TEST_F(OutputSafety, RenderingInsideAnEditOfTheTemplateNeitherWaitsNorLosesTheNames) {
-  EXPECT_TRUE(InChild([&] {
+  // In a child, so that a deadlock fails the test instead of hanging it.
+  const Isolated o = RunIsolated([&] {
     TolvexProfileEdit* edit = TolvexBeginProfileEdit(tpl.path());
     const bool done = edit && CreateMenuBmp(tpl.path()) && CreateMaskMenuBmp(tpl.path()) &&
                       TolvexCommitProfileEdit(edit);
     TolvexEndProfileEdit(edit);
-    return done;
-  }));
+    return done ? "done" : TolvexMenuBmpLastError() + std::string(TolvexMenuMaskLastError());
+  });
+  EXPECT_EQ(o.output, "done");
   char name[64];
   GetPrivateProfileStringA("Background", "OutputBmp", "", name, sizeof name, tpl.path());
   EXPECT_STREQ(name, "menu.bmp");
