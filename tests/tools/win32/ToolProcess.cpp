@@ -69,10 +69,17 @@ int RunToolProcess(const std::vector<std::string>& args, const std::string& cwd,
   startup.hStdError = e;
   PROCESS_INFORMATION process{};
   const std::wstring folder = Wide(cwd);
-  const bool started = CreateProcessW(tool.c_str(), line.data(), nullptr, nullptr, TRUE, 0,
-                                      nullptr, cwd.empty() ? nullptr : folder.c_str(), &startup,
-                                      &process);
-  const DWORD startError = GetLastError();
+  // Wine now and then fails a start with ERROR_INTERNAL_ERROR while other programs are
+  // starting in the same server (as under ctest -j2); such a start is tried again.
+  bool started = false;
+  DWORD startError = 0;
+  for (int attempt = 0; attempt < 5 && !started; ++attempt) {
+    if (attempt) Sleep(200);
+    started = CreateProcessW(tool.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr,
+                             cwd.empty() ? nullptr : folder.c_str(), &startup, &process);
+    startError = started ? 0 : GetLastError();
+    if (startError != ERROR_INTERNAL_ERROR) break;
+  }
   CloseHandle(o);
   CloseHandle(e);
   if (!started) {
