@@ -50,11 +50,9 @@ struct FileStamp {
 // Reads the whole of `path` into `bytes` with one open and a read loop, and, when `stamp` is
 // given, stamps what was read. Only regular files are read, and without waiting for a writer
 // (a FIFO or device fails at once with kInvalidArgument); kNotFound when the file does not
-// exist, kIsDirectory for a folder, kNoSpace for a file over kMaxProfileBytes.
-Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp = nullptr);
-// The same with another limit than kMaxProfileBytes: kNoSpace for a file over `limit` bytes.
-Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp,
-                     uint64_t limit);
+// exist, kIsDirectory for a folder, kNoSpace for a file over `limit` bytes.
+Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp = nullptr,
+                     uint64_t limit = kMaxProfileBytes);
 
 // Reads the first `count` bytes of the regular file at `path` (fewer when it is shorter) with
 // the guards of ReadWholeFile, whatever the file's size, and stamps it when `stamp` is given.

@@ -143,10 +143,6 @@ Status ReadAll(const std::string& path, std::string* bytes, mode_t* mode, FileSt
 
 }  // namespace
 
-Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp) {
-  return ReadAll(path, bytes, nullptr, stamp);
-}
-
 Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp,
                      uint64_t limit) {
   return ReadAll(path, bytes, nullptr, stamp, limit);

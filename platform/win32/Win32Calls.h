@@ -26,6 +26,20 @@ bool LockWhole(HANDLE file, bool wait);
 // Closes `handle` keeping the last error as it was; for cleanup paths.
 void CloseQuietly(HANDLE handle);
 
+// A file handle closed (quietly) when it goes out of scope.
+class Handle {
+ public:
+  explicit Handle(HANDLE handle) : m_handle(handle) {}
+  ~Handle() { CloseQuietly(m_handle); }
+  Handle(const Handle&) = delete;
+  Handle& operator=(const Handle&) = delete;
+  HANDLE get() const { return m_handle; }
+  bool ok() const { return m_handle != INVALID_HANDLE_VALUE; }
+
+ private:
+  HANDLE m_handle;
+};
+
 }  // namespace tolvex::platform::win32
 
 #endif  // TOLVEX_PLATFORM_WIN32_WIN32CALLS_H

@@ -38,18 +38,7 @@ int64_t Now() {
   return Nanoseconds(now);
 }
 
-class Handle {
- public:
-  explicit Handle(HANDLE handle) : m_handle(handle) {}
-  ~Handle() { win32::CloseQuietly(m_handle); }
-  Handle(const Handle&) = delete;
-  Handle& operator=(const Handle&) = delete;
-  HANDLE get() const { return m_handle; }
-  bool ok() const { return m_handle != INVALID_HANDLE_VALUE; }
-
- private:
-  HANDLE m_handle;
-};
+using win32::Handle;
 
 Status LastError() { return StatusFromWin32(GetLastError()); }
 
@@ -150,10 +139,6 @@ Status IdentifyFolder(const std::string& folder, uint64_t* device, uint64_t* ind
 }
 
 }  // namespace
-
-Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp) {
-  return ReadAll(path, bytes, nullptr, stamp);
-}
 
 Status ReadWholeFile(const std::string& path, std::string* bytes, FileStamp* stamp,
                      uint64_t limit) {

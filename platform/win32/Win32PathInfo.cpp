@@ -28,18 +28,7 @@ constexpr int64_t kUnixEpochIn100ns = 116444736000000000;
 
 Status LastError() { return StatusFromWin32(GetLastError()); }
 
-class Handle {
- public:
-  explicit Handle(HANDLE handle) : m_handle(handle) {}
-  ~Handle() { win32::CloseQuietly(m_handle); }
-  Handle(const Handle&) = delete;
-  Handle& operator=(const Handle&) = delete;
-  HANDLE get() const { return m_handle; }
-  bool ok() const { return m_handle != INVALID_HANDLE_VALUE; }
-
- private:
-  HANDLE m_handle;
-};
+using win32::Handle;
 
 }  // namespace
 

@@ -7,33 +7,10 @@
 #include <cstdlib>
 
 #include "platform/ChildProcess.h"
+#include "support/win32/CommandLine.h"
 
 namespace tolvex::test {
 namespace {
-
-// `arg` quoted for CommandLineToArgvW and the C runtime: backslashes before a quote doubled.
-std::wstring Quoted(const std::wstring& arg) {
-  std::wstring out = L"\"";
-  size_t backslashes = 0;
-  for (wchar_t c : arg) {
-    if (c == L'\\') {
-      ++backslashes;
-      continue;
-    }
-    out.append(c == L'"' ? backslashes * 2 + 1 : backslashes, L'\\');
-    backslashes = 0;
-    out += c;
-  }
-  out.append(backslashes * 2, L'\\');
-  return out + L"\"";
-}
-
-std::wstring Wide(const std::string& text) {
-  int length = MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
-  std::wstring wide(static_cast<size_t>(length), L'\0');
-  MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), wide.data(), length);
-  return wide;
-}
 
 // Starts this test binary again as the child `role`, its standard output on `output` when
 // given; the process handle, or nullptr.

@@ -1,34 +1,17 @@
-// The renderer tests' pictures on Windows: written and decoded by GDI+, started here for the
-// test program itself.
-#include <windows.h>
-#include <objidl.h>
-#include <gdiplus.h>
-
+// The renderer tests' pictures on Windows: written and decoded by GDI+, through the renderer's
+// own GDI+ session.
 #include <memory>
 
 #include "renderer/RenderTestSupport.h"
+#include "renderer/gdiplus/Gdiplus.h"
+#include "support/win32/CommandLine.h"
 
 namespace tolvex::test {
 
 const bool kArrowsAntiAliased = false;
 namespace {
 
-void StartGdiplus() {
-  static const bool started = [] {
-    Gdiplus::GdiplusStartupInput input;
-    ULONG_PTR token = 0;
-    return Gdiplus::GdiplusStartup(&token, &input, nullptr) == Gdiplus::Ok;
-  }();
-  ASSERT_TRUE(started);
-}
-
-std::wstring Wide(const std::string& path) {
-  std::wstring wide(path.size(), L'\0');
-  const int length = MultiByteToWideChar(CP_ACP, 0, path.data(), static_cast<int>(path.size()),
-                                         wide.data(), static_cast<int>(wide.size()));
-  wide.resize(static_cast<size_t>(length));
-  return wide;
-}
+void StartGdiplus() { ASSERT_EQ(render::StartGdiplus(), Gdiplus::Ok); }
 
 bool Encoder(const wchar_t* mime, CLSID* clsid) {
   UINT count = 0, bytes = 0;

@@ -7,33 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include "support/win32/CommandLine.h"
+
 namespace tolvex::test {
 namespace {
-
-std::wstring Wide(const std::string& text) {
-  const int length =
-      MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
-  std::wstring wide(static_cast<size_t>(length), L'\0');
-  MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), wide.data(), length);
-  return wide;
-}
-
-// `arg` quoted as the C runtime splits a command line: backslashes before a quote doubled.
-std::wstring Quoted(const std::wstring& arg) {
-  std::wstring out = L"\"";
-  size_t backslashes = 0;
-  for (wchar_t c : arg) {
-    if (c == L'\\') {
-      ++backslashes;
-      continue;
-    }
-    out.append(c == L'"' ? backslashes * 2 + 1 : backslashes, L'\\');
-    backslashes = 0;
-    out += c;
-  }
-  out.append(backslashes * 2, L'\\');
-  return out + L"\"";
-}
 
 // A new file at `path` that a child inherits as a standard handle.
 HANDLE OutputFile(const std::string& path) {
