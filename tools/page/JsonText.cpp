@@ -4,16 +4,10 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "platform/Cp1252.h"
+
 namespace menutool {
 namespace {
-
-// Bytes 0x80 to 0x9F; the rest of the code page is Latin-1, byte value = code point.
-constexpr char32_t kHigh[32] = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-    0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
-    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-    0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
-};
 
 void AppendUtf8(char32_t c, std::string* out) {
   if (c < 0x80) {
@@ -28,11 +22,12 @@ void AppendUtf8(char32_t c, std::string* out) {
   }
 }
 
+// The code page's byte for `c` when it has one of its own; a best fit is no round trip.
 std::optional<unsigned char> ByteOf(char32_t c) {
-  if (c < 0x80 || (c >= 0xA0 && c <= 0xFF)) return static_cast<unsigned char>(c);
-  for (unsigned i = 0; i < 32; ++i)
-    if (kHigh[i] == c) return static_cast<unsigned char>(0x80 + i);
-  return std::nullopt;
+  if (c > 0xFFFF) return std::nullopt;
+  const unsigned char byte = tolvex::platform::Cp1252FromUnicode(static_cast<char16_t>(c));
+  if (tolvex::platform::Cp1252ToUnicode(byte) != c) return std::nullopt;
+  return byte;
 }
 
 }  // namespace
@@ -40,7 +35,7 @@ std::optional<unsigned char> ByteOf(char32_t c) {
 std::string Utf8FromCp1252(const std::string& bytes) {
   std::string out;
   out.reserve(bytes.size());
-  for (unsigned char b : bytes) AppendUtf8(b >= 0x80 && b < 0xA0 ? kHigh[b - 0x80] : b, &out);
+  for (unsigned char b : bytes) AppendUtf8(tolvex::platform::Cp1252ToUnicode(b), &out);
   return out;
 }
 
