@@ -23,6 +23,9 @@ struct AuthorOptions {
 // Builds the disc; returns the exit status or throws ToolError.
 int RunAuthor(const AuthorOptions& options);
 
+// The command's line in the help, which says what this build's author can do.
+extern const char* const kAuthorSummary;
+
 }  // namespace menutool
 
 #endif  // TOLVEX_TOOLS_AUTHOR_AUTHOROPTIONS_H

@@ -111,7 +111,7 @@ int RunCommandLine(int argc, char** argv) {
   cmd->callback([&] { run = [&] { return RunResize(source, target, width, height); }; });
 
   AuthorOptions author;
-  cmd = app.add_subcommand("author", "make a DVD-Video folder from menu pages and videos");
+  cmd = app.add_subcommand("author", kAuthorSummary);
   cmd->add_option("PAGE", author.pages, "menu templates, one per page, in menu order")->required();
   cmd->add_option("--video", author.videos,
                   "videos for the numbered buttons, in order (repeatable)")->required();

@@ -139,6 +139,8 @@ int CheckPage(const MenuPage& page) {
 
 }  // namespace
 
+const char* const kAuthorSummary = "make a DVD-Video folder from menu pages and videos";
+
 int RunAuthor(const AuthorOptions& options) {
   StopOnSignals stops;
   Tools tools;

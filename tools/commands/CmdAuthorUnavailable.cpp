@@ -6,6 +6,10 @@
 
 namespace menutool {
 
+const char* const kAuthorSummary =
+    "not in this build: making a DVD-Video folder needs ffmpeg, spumux and dvdauthor, which "
+    "the Windows builds do not drive";
+
 int RunAuthor(const AuthorOptions&) {
   throw ToolError("author",
                   "needs the DVD toolchain (ffmpeg, spumux and dvdauthor), which the Windows "
