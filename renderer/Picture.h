@@ -6,6 +6,7 @@
 #ifndef TOLVEX_RENDERER_PICTURE_H
 #define TOLVEX_RENDERER_PICTURE_H
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -50,6 +51,11 @@ struct RgbPicture {
 // decoder's reason if it gave one. A picture whose decoder delivers fewer rows than the picture
 // has is truncated even when the decoder reports no error.
 Status DecodeRgb(const PictureFile& file, RgbPicture* out, std::string* why);
+
+// For the back ends: decoded rows of `width` x `height` pixels, `stride` bytes apart, `step`
+// bytes a pixel, as red, green, blue, or as blue, green, red when `bgr`, copied into `out`.
+void CopyRgbRows(int width, int height, const uint8_t* rows, ptrdiff_t stride, int step, bool bgr,
+                 RgbPicture* out);
 
 // Implemented by the back end. `picture` as a PNG file; kDrawingFailed with the reason in `why`
 // when it cannot be encoded.

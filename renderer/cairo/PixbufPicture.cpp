@@ -200,23 +200,9 @@ Status DecodeRgb(const PictureFile& file, RgbPicture* out, std::string* why) {
   PixbufPtr picture;
   if (const Status s = DecodeFile(file, Request{}, &picture, why); s != Status::kOk) return s;
   if (out == nullptr) return Status::kOk;
-  const int width = gdk_pixbuf_get_width(picture.get());
-  const int height = gdk_pixbuf_get_height(picture.get());
-  const int channels = gdk_pixbuf_get_n_channels(picture.get());
-  const int stride = gdk_pixbuf_get_rowstride(picture.get());
-  const guint8* pixels = gdk_pixbuf_read_pixels(picture.get());
-  out->width = width;
-  out->height = height;
-  out->rgb.resize(static_cast<size_t>(width) * height * 3);
-  for (int y = 0; y < height; ++y) {
-    const guint8* in = pixels + static_cast<ptrdiff_t>(y) * stride;
-    for (int x = 0; x < width; ++x, in += channels) {
-      uint8_t* to = out->At(x, y);
-      to[0] = in[0];
-      to[1] = in[1];
-      to[2] = in[2];
-    }
-  }
+  CopyRgbRows(gdk_pixbuf_get_width(picture.get()), gdk_pixbuf_get_height(picture.get()),
+              gdk_pixbuf_read_pixels(picture.get()), gdk_pixbuf_get_rowstride(picture.get()),
+              gdk_pixbuf_get_n_channels(picture.get()), false, out);
   return Status::kOk;
 }
 

@@ -223,18 +223,7 @@ Status DecodeRgb(const PictureFile& file, RgbPicture* out, std::string* why) {
   std::vector<uint8_t> rows(static_cast<size_t>(stride) * height);
   const Status s = ReadRows(decoded.bitmap.get(), PixelFormat24bppRGB, rows.data(), stride, why);
   if (s != Status::kOk || out == nullptr) return s;
-  out->width = width;
-  out->height = height;
-  out->rgb.resize(static_cast<size_t>(width) * height * 3);
-  for (int y = 0; y < height; ++y) {
-    const uint8_t* in = &rows[static_cast<size_t>(y) * stride];
-    for (int x = 0; x < width; ++x, in += 3) {
-      uint8_t* to = out->At(x, y);
-      to[0] = in[2];
-      to[1] = in[1];
-      to[2] = in[0];
-    }
-  }
+  CopyRgbRows(width, height, rows.data(), stride, 3, true, out);
   return Status::kOk;
 }
 
