@@ -1,4 +1,4 @@
-// Reading and checking a picture file before it is decoded.
+// Reading and checking a picture file before it is decoded, and decoded rows as plain RGB.
 #include "renderer/Picture.h"
 
 #include "renderer/Failure.h"
@@ -33,6 +33,23 @@ Status ReadPictureFile(const std::string& path, PictureFile* out) {
   out->bytes = std::move(file.bytes);
   out->header = header;
   return Status::kOk;
+}
+
+void CopyRgbRows(int width, int height, const uint8_t* rows, ptrdiff_t stride, int step, bool bgr,
+                 RgbPicture* out) {
+  out->width = width;
+  out->height = height;
+  out->rgb.resize(static_cast<size_t>(width) * height * 3);
+  const int red = bgr ? 2 : 0;
+  for (int y = 0; y < height; ++y) {
+    const uint8_t* in = rows + static_cast<ptrdiff_t>(y) * stride;
+    for (int x = 0; x < width; ++x, in += step) {
+      uint8_t* to = out->At(x, y);
+      to[0] = in[red];
+      to[1] = in[1];
+      to[2] = in[2 - red];
+    }
+  }
 }
 
 }  // namespace tolvex::render

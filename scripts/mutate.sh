@@ -49,6 +49,9 @@ mask-neighbours-not-trimmed | renderer/MaskPainter.cpp | if (Touch(marked[i].rec
 mask-corner-rule-off | renderer/MaskPainter.cpp | canvas)) out[upright] = 0; | canvas)) (void)out[upright]; | renderer_tests
 input-special-file-read | platform/posix/PosixFiles.cpp | if (error == 0 && !S_ISREG(info.st_mode)) error = EINVAL; | ; | renderer_tests
 picture-data-lie-decoded | renderer/Picture.cpp | if (!header.dataProblem.empty()) { | if (false) { | renderer_tests
+picture-rows-not-counted | renderer/cairo/PixbufPicture.cpp | \|\| request.rows < gdk_pixbuf_get_height(picture)) | ) | renderer_tests menutemplate_tool_test
+picture-rgb-red-lost | renderer/Picture.cpp | to[0] = in[red]; | to[0] = 0; | renderer_tests
+picture-png-blue-lost | renderer/cairo/PixbufPicture.cpp | (uint32_t{p[1]} << 8) \| p[2]; | (uint32_t{p[1]} << 8); | renderer_tests
 output-over-template | renderer/OutputGuard.cpp | if (*self == Identity{file.device(), file.inode(), std::string()}) { | if (false && *self == Identity{file.device(), file.inode(), std::string()}) { | renderer_tests
 output-over-other-output | renderer/OutputGuard.cpp | if (Identify(otherOutput) == self) { | if (false) { | renderer_tests
 reason-not-cleared | renderer/MenuBmp.cpp | ClearFailure(); | ; | renderer_tests

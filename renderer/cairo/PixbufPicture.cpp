@@ -1,6 +1,7 @@
 // Decoding at the drawn size through a gdk-pixbuf loader of the one format the header names
-// (the file read and checked by ReadPictureFile first), resampling, the conversion into
-// cairo's premultiplied pixel format, and ImageResize's encoding.
+// (the file read and checked by ReadPictureFile first), with the rows it delivers counted,
+// resampling, the conversion into cairo's premultiplied pixel format, ImageResize's encoding,
+// and plain RGB rows and PNG files for the menutemplate tool.
 #include "renderer/cairo/PixbufPicture.h"
 
 #include "renderer/BmpWriter.h"
@@ -14,11 +15,13 @@ struct ObjectUnref {
   void operator()(gpointer p) const { g_object_unref(p); }
 };
 
-// What the loader is asked for, and whether what it announced was refused.
+// What the loader is asked for, whether what it announced was refused, and the rows it
+// delivered.
 struct Request {
   int width = 0;  // 0: the picture's own size
   int height = 0;
   bool tooLarge = false;
+  long long rows = 0;
 };
 
 void OnSizePrepared(GdkPixbufLoader* loader, int width, int height, gpointer data) {
@@ -32,6 +35,12 @@ void OnSizePrepared(GdkPixbufLoader* loader, int width, int height, gpointer dat
   }
 }
 
+// A decoder may end a picture that stops early without an error; the rows it delivered tell
+// (an interlaced picture delivers some rows more than once).
+void OnAreaUpdated(GdkPixbufLoader*, int, int, int, int height, gpointer data) {
+  static_cast<Request*>(data)->rows += height;
+}
+
 std::string TakeMessage(GError* error, const char* otherwise) {
   if (error == nullptr) return otherwise;
   std::string message = error->message;
@@ -39,32 +48,56 @@ std::string TakeMessage(GError* error, const char* otherwise) {
   return message;
 }
 
-// Reads, checks and decodes the picture at `path`, at `request`'s size when it has one.
-Status Decode(const std::string& path, Request request, PixbufPtr* out) {
-  PictureFile file;
-  if (const Status s = ReadPictureFile(path, &file); s != Status::kOk) return s;
-  const PictureHeader& header = file.header;
-
+// Decodes `file` with the loader of its format, at `request`'s size when it has one and the
+// format can be decoded smaller (JPEG); other formats are decoded at their own size. What keeps
+// it from decoding goes to `why`, as a phrase about the picture.
+Status DecodeFile(const PictureFile& file, Request request, PixbufPtr* out, std::string* why) {
+  // gdk-pixbuf would decode the others whole and scale them at the end, announcing all rows at
+  // once: the caller resamples them instead, and the rows delivered still tell a cut picture.
+  // (A JPEG the loader scales is whole by this count; its end-of-image marker, checked with
+  // the header, tells a cut one.)
+  if (file.header.format != PictureFormat::kJpeg) request.width = request.height = 0;
   GError* error = nullptr;
   std::unique_ptr<GdkPixbufLoader, ObjectUnref> loader(
-      gdk_pixbuf_loader_new_with_type(LoaderName(header.format), &error));
+      gdk_pixbuf_loader_new_with_type(LoaderName(file.header.format), &error));
   if (!loader) {
-    return Fail(Status::kPictureUnreadable,
-                "cannot decode picture " + path + ": " + TakeMessage(error, "no decoder"));
+    *why = "cannot be decoded: " + TakeMessage(error, "no decoder");
+    return Status::kPictureUnreadable;
   }
   g_signal_connect(loader.get(), "size-prepared", G_CALLBACK(OnSizePrepared), &request);
+  g_signal_connect(loader.get(), "area-updated", G_CALLBACK(OnAreaUpdated), &request);
   const auto* bytes = reinterpret_cast<const guchar*>(file.bytes.data());
   bool ok = gdk_pixbuf_loader_write(loader.get(), bytes, file.bytes.size(), &error);
   // Closing tells the decoder that no more bytes come, so a truncated file is noticed.
   ok = gdk_pixbuf_loader_close(loader.get(), ok ? &error : nullptr) && ok;
-  const std::string why = TakeMessage(error, "corrupt");
-  if (request.tooLarge) return Fail(Status::kPictureTooLarge, "picture " + path + " is too large");
+  const std::string reason = error != nullptr ? ": " + TakeMessage(error, "") : "";
+  if (request.tooLarge) {
+    *why = "is too large";
+    return Status::kPictureTooLarge;
+  }
   GdkPixbuf* picture = gdk_pixbuf_loader_get_pixbuf(loader.get());
-  if (!ok || picture == nullptr) {
-    return Fail(Status::kPictureUnreadable, "cannot decode picture " + path + ": " + why);
+  if (!ok || picture == nullptr || request.rows < gdk_pixbuf_get_height(picture)) {
+    *why = "is truncated or corrupt" + reason;
+    return Status::kPictureUnreadable;
   }
   out->reset(GDK_PIXBUF(g_object_ref(picture)));
   return Status::kOk;
+}
+
+// Reads, checks and decodes the picture at `path`, at `request`'s size when it has one.
+Status Decode(const std::string& path, Request request, PixbufPtr* out) {
+  PictureFile file;
+  if (const Status s = ReadPictureFile(path, &file); s != Status::kOk) return s;
+  std::string why;
+  if (const Status s = DecodeFile(file, request, out, &why); s != Status::kOk) {
+    return Fail(s, "picture " + path + " " + why);
+  }
+  return Status::kOk;
+}
+
+cairo_status_t AppendPng(void* closure, const unsigned char* data, unsigned int length) {
+  static_cast<std::string*>(closure)->append(reinterpret_cast<const char*>(data), length);
+  return CAIRO_STATUS_SUCCESS;
 }
 
 }  // namespace
@@ -79,7 +112,7 @@ Status LoadPictureAt(const std::string& path, int width, int height, PixbufPtr* 
                                           std::to_string(width) + " x " + std::to_string(height));
   }
   PixbufPtr picture;
-  if (const Status s = Decode(path, Request{width, height, false}, &picture); s != Status::kOk) {
+  if (const Status s = Decode(path, Request{width, height, false, 0}, &picture); s != Status::kOk) {
     return s;
   }
   if (gdk_pixbuf_get_width(picture.get()) == width &&
@@ -162,6 +195,37 @@ const char* WriterFor(const std::string& extension) {
 }
 
 }  // namespace
+
+Status DecodeRgb(const PictureFile& file, RgbPicture* out, std::string* why) {
+  PixbufPtr picture;
+  if (const Status s = DecodeFile(file, Request{}, &picture, why); s != Status::kOk) return s;
+  if (out == nullptr) return Status::kOk;
+  CopyRgbRows(gdk_pixbuf_get_width(picture.get()), gdk_pixbuf_get_height(picture.get()),
+              gdk_pixbuf_read_pixels(picture.get()), gdk_pixbuf_get_rowstride(picture.get()),
+              gdk_pixbuf_get_n_channels(picture.get()), false, out);
+  return Status::kOk;
+}
+
+Status EncodePng(const RgbPicture& picture, std::string* png, std::string* why) {
+  // cairo keeps RGB24 as native-endian 32-bit words; its PNG writer drops the unused byte.
+  SurfacePtr surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, picture.width, picture.height));
+  cairo_surface_flush(surface.get());
+  unsigned char* data = cairo_image_surface_get_data(surface.get());
+  const int stride = cairo_image_surface_get_stride(surface.get());
+  for (int y = 0; data != nullptr && y < picture.height; ++y) {
+    auto* row = reinterpret_cast<uint32_t*>(data + static_cast<ptrdiff_t>(y) * stride);
+    for (int x = 0; x < picture.width; ++x) {
+      const uint8_t* p = picture.At(x, y);
+      row[x] = (uint32_t{p[0]} << 16) | (uint32_t{p[1]} << 8) | p[2];
+    }
+  }
+  cairo_surface_mark_dirty(surface.get());
+  png->clear();
+  const cairo_status_t status = cairo_surface_write_to_png_stream(surface.get(), AppendPng, png);
+  if (status == CAIRO_STATUS_SUCCESS) return Status::kOk;
+  *why = cairo_status_to_string(status);
+  return Status::kDrawingFailed;
+}
 
 Status CheckPictureDecodes(const std::string& path) {
   PixbufPtr unused;

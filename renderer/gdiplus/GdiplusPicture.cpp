@@ -1,6 +1,7 @@
 // Decoding and encoding pictures with GDI+, resampling them with ResamplePixels: the file is
 // read and its header checked first (ReadPictureFile), so that GDI+ only ever sees a PNG, JPEG
-// or BMP of an acceptable size; the bytes reach it through a memory stream.
+// or BMP of an acceptable size; the bytes reach it through a memory stream. Plain RGB rows and
+// PNG files for the menutemplate tool come from the same decoder and encoders.
 #include "renderer/gdiplus/GdiplusPicture.h"
 
 #include <shlwapi.h>
@@ -87,60 +88,102 @@ bool EncoderFor(const std::string& extension, CLSID* encoder) {
   return false;
 }
 
-// `picture` encoded by the GDI+ encoder `encoder`.
-Status Encode(Gdiplus::Bitmap* picture, const CLSID& encoder, const std::string& target,
-              std::string* bytes) {
+// `picture` encoded by the GDI+ encoder `encoder`; false when it cannot be.
+bool Encode(Gdiplus::Bitmap* picture, const CLSID& encoder, std::string* bytes) {
   StreamPtr stream(SHCreateMemStream(nullptr, 0));
-  if (!stream) return Fail(Status::kDrawingFailed, "out of memory while encoding " + target);
+  if (!stream) return false;
   const Gdiplus::Status saved = picture->Save(stream.get(), &encoder, nullptr);
   STATSTG about{};
-  if (saved != Gdiplus::Ok || FAILED(stream->Stat(&about, STATFLAG_NONAME))) {
-    return Fail(Status::kOutputUnwritable, "cannot encode " + target);
-  }
+  if (saved != Gdiplus::Ok || FAILED(stream->Stat(&about, STATFLAG_NONAME))) return false;
   bytes->assign(static_cast<size_t>(about.cbSize.QuadPart), '\0');
   LARGE_INTEGER start{};
   ULONG got = 0;
-  if (FAILED(stream->Seek(start, STREAM_SEEK_SET, nullptr)) ||
-      FAILED(stream->Read(bytes->data(), static_cast<ULONG>(bytes->size()), &got)) ||
-      got != bytes->size()) {
-    return Fail(Status::kOutputUnwritable, "cannot encode " + target);
+  return SUCCEEDED(stream->Seek(start, STREAM_SEEK_SET, nullptr)) &&
+         SUCCEEDED(stream->Read(bytes->data(), static_cast<ULONG>(bytes->size()), &got)) &&
+         got == bytes->size();
+}
+
+// A picture as GDI+ decodes it from a file's bytes, with the stream it reads them from for as
+// long as it lives (the members go in reverse order: the bitmap first).
+struct Decoded {
+  StreamPtr stream;
+  BitmapPtr bitmap;
+};
+
+// Opens `file` with GDI+'s decoder of its format. What keeps it from decoding goes to `why`,
+// as a phrase about the picture.
+Status Open(const PictureFile& file, Decoded* out, std::string* why) {
+  if (const Gdiplus::Status started = StartGdiplus(); started != Gdiplus::Ok) {
+    *why = "cannot be decoded: cannot start " + GdiplusStatusText(started);
+    return Status::kDrawingFailed;
   }
+  out->stream.reset(SHCreateMemStream(reinterpret_cast<const BYTE*>(file.bytes.data()),
+                                      static_cast<UINT>(file.bytes.size())));
+  if (!out->stream) {
+    *why = "cannot be decoded: out of memory";
+    return Status::kDrawingFailed;
+  }
+  out->bitmap.reset(Gdiplus::Bitmap::FromStream(out->stream.get()));
+  if (!out->bitmap || out->bitmap->GetLastStatus() != Gdiplus::Ok) {
+    const Gdiplus::Status status =
+        out->bitmap ? out->bitmap->GetLastStatus() : Gdiplus::OutOfMemory;
+    *why = "is truncated or corrupt: not a picture GDI+ can decode (" +
+           GdiplusStatusText(status) + ")";
+    return Status::kPictureUnreadable;
+  }
+  // The header was checked before; this guards against a decoder that finds another size.
+  if (!SizeAcceptable(out->bitmap->GetWidth(), out->bitmap->GetHeight())) {
+    *why = "is too large";
+    return Status::kPictureTooLarge;
+  }
+  return Status::kOk;
+}
+
+// Copies every row of `decoded` in `format` into `rows`, `stride` bytes apart. Locking the
+// pixels makes GDI+ decode every row, so a cut picture fails here.
+Status ReadRows(Gdiplus::Bitmap* decoded, Gdiplus::PixelFormat format, void* rows, INT stride,
+                std::string* why) {
+  Gdiplus::BitmapData data{};
+  data.Width = decoded->GetWidth();
+  data.Height = decoded->GetHeight();
+  data.Stride = stride;
+  data.PixelFormat = format;
+  data.Scan0 = rows;
+  Gdiplus::Rect all(0, 0, static_cast<INT>(data.Width), static_cast<INT>(data.Height));
+  const Gdiplus::Status locked = decoded->LockBits(
+      &all, Gdiplus::ImageLockModeRead | Gdiplus::ImageLockModeUserInputBuf, format, &data);
+  if (locked != Gdiplus::Ok) {
+    *why = "is truncated or corrupt: cannot be decoded (" + GdiplusStatusText(locked) + ")";
+    return Status::kPictureUnreadable;
+  }
+  decoded->UnlockBits(&data);
   return Status::kOk;
 }
 
 }  // namespace
 
 Status LoadPicture(const std::string& path, BitmapPtr* out) {
-  if (const Gdiplus::Status started = StartGdiplus(); started != Gdiplus::Ok) {
-    return Fail(Status::kDrawingFailed, "cannot start " + GdiplusStatusText(started));
-  }
   PictureFile file;
   if (const Status s = ReadPictureFile(path, &file); s != Status::kOk) return s;
-  StreamPtr stream(SHCreateMemStream(reinterpret_cast<const BYTE*>(file.bytes.data()),
-                                     static_cast<UINT>(file.bytes.size())));
-  if (!stream) return Fail(Status::kDrawingFailed, "out of memory while decoding " + path);
-  // The decoder reads from the stream as long as the bitmap lives: the pixels are copied into
-  // a bitmap of our own before the stream goes.
-  BitmapPtr decoded(Gdiplus::Bitmap::FromStream(stream.get()));
-  if (!decoded || decoded->GetLastStatus() != Gdiplus::Ok) {
-    const Gdiplus::Status why = decoded ? decoded->GetLastStatus() : Gdiplus::OutOfMemory;
-    return Fail(Status::kPictureUnreadable,
-                "cannot decode picture " + path + ": corrupt (" + GdiplusStatusText(why) + ")");
+  Decoded decoded;
+  Pixels32 pixels;
+  std::string why;
+  Status s = Open(file, &decoded, &why);
+  if (s == Status::kOk) {
+    pixels.width = static_cast<int>(decoded.bitmap->GetWidth());
+    pixels.height = static_cast<int>(decoded.bitmap->GetHeight());
+    pixels.words.assign(static_cast<size_t>(pixels.width) * pixels.height, 0);
+    s = ReadRows(decoded.bitmap.get(), PixelFormat32bppPARGB, pixels.words.data(),
+                 pixels.width * 4, &why);
   }
-  const int width = static_cast<int>(decoded->GetWidth());
-  const int height = static_cast<int>(decoded->GetHeight());
-  // The header was checked before; this guards against a decoder that finds another size.
-  if (!SizeAcceptable(width, height)) {
-    return Fail(Status::kPictureTooLarge, "picture " + path + " is too large");
-  }
+  if (s != Status::kOk) return Fail(s, "picture " + path + " " + why);
+  // A bitmap of our own, which the decoder's stream need not outlive.
   BitmapPtr own;
-  if (const Status s = NewBitmap(width, height, &own); s != Status::kOk) return s;
-  Gdiplus::Graphics graphics(own.get());
-  graphics.SetCompositingMode(Gdiplus::CompositingModeSourceCopy);
-  const Gdiplus::Status drawn = graphics.DrawImage(decoded.get(), 0, 0, width, height);
-  if (drawn != Gdiplus::Ok) {
-    return Fail(Status::kPictureUnreadable,
-                "cannot decode picture " + path + ": corrupt (" + GdiplusStatusText(drawn) + ")");
+  if (const Status made = NewBitmap(pixels.width, pixels.height, &own); made != Status::kOk) {
+    return made;
+  }
+  if (const Status copied = Transfer(own.get(), &pixels, true); copied != Status::kOk) {
+    return copied;
   }
   *out = std::move(own);
   return Status::kOk;
@@ -170,6 +213,49 @@ Status LoadPictureAt(const std::string& path, int width, int height, BitmapPtr* 
   return Status::kOk;
 }
 
+Status DecodeRgb(const PictureFile& file, RgbPicture* out, std::string* why) {
+  Decoded decoded;
+  if (const Status s = Open(file, &decoded, why); s != Status::kOk) return s;
+  const int width = static_cast<int>(decoded.bitmap->GetWidth());
+  const int height = static_cast<int>(decoded.bitmap->GetHeight());
+  // Rows of a 24-bit GDI+ bitmap are blue, green, red, each padded to 4 bytes.
+  const INT stride = (width * 3 + 3) & ~3;
+  std::vector<uint8_t> rows(static_cast<size_t>(stride) * height);
+  const Status s = ReadRows(decoded.bitmap.get(), PixelFormat24bppRGB, rows.data(), stride, why);
+  if (s != Status::kOk || out == nullptr) return s;
+  CopyRgbRows(width, height, rows.data(), stride, 3, true, out);
+  return Status::kOk;
+}
+
+Status EncodePng(const RgbPicture& picture, std::string* png, std::string* why) {
+  CLSID encoder{};
+  if (StartGdiplus() != Gdiplus::Ok || !EncoderFor("png", &encoder)) {
+    *why = "GDI+ has no PNG encoder";
+    return Status::kDrawingFailed;
+  }
+  const INT stride = (picture.width * 3 + 3) & ~3;
+  std::vector<BYTE> rows(static_cast<size_t>(stride) * picture.height);
+  for (int y = 0; y < picture.height; ++y) {
+    BYTE* to = &rows[static_cast<size_t>(y) * stride];
+    for (int x = 0; x < picture.width; ++x, to += 3) {
+      const uint8_t* p = picture.At(x, y);
+      to[0] = p[2];
+      to[1] = p[1];
+      to[2] = p[0];
+    }
+  }
+  Gdiplus::Bitmap bitmap(picture.width, picture.height, stride, PixelFormat24bppRGB, rows.data());
+  if (bitmap.GetLastStatus() != Gdiplus::Ok) {
+    *why = "cannot make the picture (" + GdiplusStatusText(bitmap.GetLastStatus()) + ")";
+    return Status::kDrawingFailed;
+  }
+  if (!Encode(&bitmap, encoder, png)) {
+    *why = "cannot encode the PNG";
+    return Status::kDrawingFailed;
+  }
+  return Status::kOk;
+}
+
 Status CheckPictureDecodes(const std::string& path) {
   BitmapPtr unused;
   return LoadPicture(path, &unused);
@@ -182,7 +268,10 @@ Status EncodeResized(const std::string& source, int width, int height, const std
   const std::string extension = ExtensionOf(target);
   CLSID encoder{};
   if (!extension.empty() && extension != "bmp" && EncoderFor(extension, &encoder)) {
-    return Encode(picture.get(), encoder, target, bytes);
+    if (!Encode(picture.get(), encoder, bytes)) {
+      return Fail(Status::kOutputUnwritable, "cannot encode " + target);
+    }
+    return Status::kOk;
   }
   Pixels32 pixels;
   if (const Status s = WordsOf(picture.get(), &pixels); s != Status::kOk) return s;

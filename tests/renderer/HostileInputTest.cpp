@@ -67,6 +67,14 @@ TEST_F(HostileInput, PicturesThatAreNotWhatTheyClaimFailAtOnceAndSmall) {
   WriteSolidPicture(dir.File("whole.jpg"), 64, 64, kRed);
   WriteFile(dir.File("cut.jpg"), ReadFile(dir.File("whole.jpg")).substr(0, 300));
   WriteFile(dir.File("empty.png"), "");
+  // Varied pixels, so that half the file holds some rows: the PNG decoder stops there without
+  // an error.
+  WritePicture(dir.File("whole.png"), 64, 64, [](int x, int y) {
+    return Rgb{static_cast<uint8_t>(x * 37 + y * 11), static_cast<uint8_t>(x ^ y),
+               static_cast<uint8_t>(y * 53)};
+  });
+  const std::string png = ReadFile(dir.File("whole.png"));
+  WriteFile(dir.File("cut.png"), png.substr(0, png.size() / 2));
   const size_t frame = ReadFile(dir.File("whole.jpg")).find("\xff\xc0");
   ASSERT_NE(frame, std::string::npos);
   Patch("whole.jpg", "claims.jpg", frame + 5, "\x13\x88\x13\x88");  // 5000 x 5000 in 64 x 64
@@ -77,6 +85,7 @@ TEST_F(HostileInput, PicturesThatAreNotWhatTheyClaimFailAtOnceAndSmall) {
       {dir.File("liar.bmp"), "truncated"},
       {dir.File("wide.png"), "too large: 20000 x 20000 pixels"},
       {dir.File("cut.jpg"), "is truncated"},    {dir.File("empty.png"), "empty"},
+      {dir.File("cut.png"), "is truncated or corrupt"},
       {dir.File("claims.jpg"), "holds far too little data for the 5000 x 5000"}};
   for (const std::string& path : NotRegularFiles(dir))
     cases.push_back({path, "not a regular file"});

@@ -2,7 +2,6 @@
 #include "tools/check/PictureCheck.h"
 
 #include "tools/io/Reason.h"
-#include "tools/picture/PixelFile.h"
 
 #include "platform/Os.h"
 #include "renderer/InputFile.h"
@@ -71,7 +70,12 @@ std::optional<std::string> PictureProblem(const std::string& path) {
            " pixels, more than a picture may have";
   if (!header.dataProblem.empty()) return header.dataProblem;
 
-  return DecodeProblem(bytes, header.format);
+  // The renderer's own decoder, which refuses what it refuses for the renderer too.
+  std::string why;
+  if (render::DecodeRgb(render::PictureFile{std::move(bytes), header}, nullptr, &why) !=
+      render::Status::kOk)
+    return why;
+  return std::nullopt;
 }
 
 std::optional<std::string> InputFileProblem(const std::string& path) {

@@ -2,16 +2,14 @@
 #include "tools/preview/MaskAreas.h"
 
 #include "tools/cli/ToolError.h"
-#include "tools/picture/PixelFile.h"
+#include "tools/preview/PictureRows.h"
 
 #include <algorithm>
 
 namespace menutool {
 
 MaskAreas ReadMaskAreas(const std::string& file) {
-  Pixels mask;
-  std::string why;
-  if (!ReadPixels(file, &mask, &why)) throw ToolError(file, "cannot read the mask: " + why);
+  const RgbPicture mask = ReadPictureRows(file, "cannot read the mask: ");
   MaskAreas areas;
   const int w = areas.width = mask.width;
   const int h = areas.height = mask.height;

@@ -1,13 +1,14 @@
 // Drawing the preview (see Preview.h). The mask is black except for the button bands (see
 // MaskAreas.h). Their pixels are tinted and a dashed box is drawn round each, so that a
 // highlight that misses its button shows at a glance. The drawing is done on plain pixels;
-// the PNG is made in memory (PixelFile.h) and written like every other output (OutputFile.h).
+// the PNG is made in memory by the renderer's picture back end (renderer/Picture.h) and written
+// like every other output (OutputFile.h).
 #include "tools/preview/Preview.h"
 
 #include "tools/cli/ToolError.h"
 #include "tools/io/OutputFile.h"
-#include "tools/picture/PixelFile.h"
 #include "tools/preview/MaskAreas.h"
+#include "tools/preview/PictureRows.h"
 
 #include <string>
 #include <vector>
@@ -23,7 +24,7 @@ void Blend(uint8_t* p, const uint8_t colour[3], unsigned alpha) {
 
 // A one-pixel dashed outline 2 pixels outside `box` (4 pixels drawn, 3 left out, clockwise from
 // the top-left corner), clipped to the picture.
-void DashedBox(Pixels* picture, const PixelBox& box, const uint8_t colour[3]) {
+void DashedBox(RgbPicture* picture, const PixelBox& box, const uint8_t colour[3]) {
   const int left = box.left - 3, top = box.top - 3, right = box.right + 2, bottom = box.bottom + 2;
   long step = 0;
   auto dot = [&](int x, int y) {
@@ -40,10 +41,7 @@ void DashedBox(Pixels* picture, const PixelBox& box, const uint8_t colour[3]) {
 
 int WritePreview(const std::string& menuPath, const std::string& maskPath, const std::string& png,
                  const PlayerView* player) {
-  Pixels menu;
-  std::string why;
-  if (!ReadPixels(menuPath, &menu, &why))
-    throw ToolError(menuPath, "cannot read the picture: " + why);
+  RgbPicture menu = ReadPictureRows(menuPath, "cannot read the picture: ");
   const MaskAreas mask = ReadMaskAreas(maskPath);
   if (mask.width != menu.width || mask.height != menu.height)
     throw ToolError(maskPath, "the mask is not the size of the menu picture");
@@ -68,7 +66,9 @@ int WritePreview(const std::string& menuPath, const std::string& maskPath, const
   for (const PixelBox& box : boxes) DashedBox(&menu, box, cyan);
 
   std::string bytes;
-  if (!EncodePng(menu, &bytes, &why)) throw ToolError(png, "cannot make the preview: " + why);
+  std::string why;
+  if (tolvex::render::EncodePng(menu, &bytes, &why) != tolvex::render::Status::kOk)
+    throw ToolError(png, "cannot make the preview: " + why);
   WriteOutputFile(png, bytes);
   return static_cast<int>(boxes.size());
 }
