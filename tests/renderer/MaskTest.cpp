@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <set>
-#include <tuple>
 
 #include "renderer/RenderTestSupport.h"
 #include "support/MarkedAreas.h"

@@ -4,14 +4,12 @@
 #define TOLVEX_TESTS_SUPPORT_MARKEDAREAS_H
 
 #include <algorithm>
-#include <cstddef>
 #include <utility>
 #include <vector>
 
 namespace tolvex::test {
 
-// Right and bottom exclusive.
-struct MarkedArea {
+struct MarkedArea {  // right and bottom exclusive
   int left, top, right, bottom;
 };
 
@@ -36,7 +34,8 @@ std::vector<Box> MarkedAreas(int width, int height, Marked marked) {
         box.left = std::min(box.left, cx), box.top = std::min(box.top, cy);
         box.right = std::max(box.right, cx + 1), box.bottom = std::max(box.bottom, cy + 1);
         for (int d = 0; d < 9; ++d) {
-          if (take(cx + d % 3 - 1, cy + d / 3 - 1)) todo.emplace_back(cx + d % 3 - 1, cy + d / 3 - 1);
+          const int nx = cx + d % 3 - 1, ny = cy + d / 3 - 1;
+          if (take(nx, ny)) todo.emplace_back(nx, ny);
         }
       }
     }
