@@ -14,7 +14,8 @@ void MarkToKeep(const std::string& path);
 bool StillMarked(const std::string& path);
 // Two other names of `folder`/t.ini that lead to the same file.
 std::vector<std::string> OtherSpellings(const std::string& folder);
-// A pipe made in (or for) `folder`, open for the rest of the run, then the system's devices.
+// A pipe (a FIFO in `folder` on POSIX, a named pipe left open for the rest of the run on
+// Windows), then the system's devices.
 std::vector<std::string> SpecialFiles(const std::string& folder);
 
 }  // namespace tolvex::test
