@@ -5,34 +5,18 @@
 
 #include <algorithm>
 #include <set>
-#include <tuple>
 
 #include "renderer/RenderTestSupport.h"
+#include "support/MarkedAreas.h"
 
 namespace tolvex::test {
 namespace {
 
 // The 8-connected areas of non-black pixels, by bounding box.
 std::vector<Box> Areas(const Picture& p) {
-  std::vector<char> seen(p.pixels.size(), 0);
-  std::vector<Box> areas;
-  for (size_t start = 0; start < seen.size(); ++start) {
-    if (seen[start] || p.pixels[start] == kBlack) continue;
-    Box& b = areas.emplace_back(Box{p.width, p.height, 0, 0});
-    std::vector<std::pair<int, int>> todo{{int(start % p.width), int(start / p.width)}};
-    while (!todo.empty()) {
-      const auto [x, y] = todo.back();
-      todo.pop_back();
-      if (x < 0 || y < 0 || x >= p.width || y >= p.height) continue;
-      const size_t i = static_cast<size_t>(y) * p.width + x;
-      if (seen[i] || p.pixels[i] == kBlack) continue;
-      seen[i] = 1;
-      b = {std::min(b.left, x), std::min(b.top, y), std::max(b.right, x + 1),
-           std::max(b.bottom, y + 1)};
-      for (int d = 0; d < 9; ++d) todo.emplace_back(x + d % 3 - 1, y + d / 3 - 1);
-    }
-  }
-  return areas;
+  return MarkedAreas<Box>(p.width, p.height, [&](int x, int y) {
+    return p.pixels[static_cast<size_t>(y) * p.width + x] != kBlack;
+  });
 }
 
 // Whether every marked pixel lies in a marked square of 2 x 2: no line is thinner.

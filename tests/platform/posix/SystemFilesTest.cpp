@@ -1,8 +1,8 @@
-// What only POSIX has: a write keeps the mode bits, owner and group of the file it replaces and
-// leaves symbolic links in place; a bare name without $TOLVEX_PROFILE_DIR follows the XDG
-// rules; FIFOs and devices are refused without waiting; a file-size rlimit fails the write
-// instead of killing the process; a forked child can neither commit nor release its parent's
-// edit.
+// What only POSIX has: a new file follows the umask; a write keeps the owner and group of the
+// file it replaces and leaves symbolic links in place; a bare name without $TOLVEX_PROFILE_DIR
+// follows the XDG rules; a file-size rlimit fails the write instead of killing the process; a
+// forked child can neither commit nor release its parent's edit. It also gives the shared tests
+// their POSIX files: mode bits, doubled slashes and "." steps, a FIFO and two devices.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -15,6 +15,7 @@
 
 #include "platform/ChildProcess.h"
 #include "platform/LockProbe.h"
+#include "platform/SystemFiles.h"
 #include "support/Environment.h"
 #include "support/TempDir.h"
 
@@ -33,21 +34,8 @@ std::string Read(const char* key, const std::string& file) {
   return buffer;
 }
 
-TEST(AtomicReplace, KeepsModeBitsAndNewFilesFollowUmask) {
+TEST(AtomicReplace, NewFilesFollowUmask) {
   TempDir dir;
-  const std::string path = dir.File("t.ini");
-  WriteFile(path, "[s]\r\nk=1\r\n");
-  ASSERT_EQ(chmod(path.c_str(), 0640), 0);
-  ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "2", path.c_str()));
-  EXPECT_EQ(StatOf(path).st_mode & 07777, 0640u);
-
-  TolvexProfileEdit* edit = TolvexBeginProfileEdit(path.c_str());
-  ASSERT_NE(edit, nullptr);
-  EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "3", path.c_str()));
-  EXPECT_TRUE(TolvexCommitProfileEdit(edit));
-  TolvexEndProfileEdit(edit);
-  EXPECT_EQ(StatOf(path).st_mode & 07777, 0640u);
-
   mode_t old = umask(027);
   ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "1", dir.File("new.ini").c_str()));
   umask(old);
@@ -116,22 +104,6 @@ TEST(ProfilePath, BareNameWithoutOwnFolderFollowsXdgThenHome) {
   SetEnvironment("HOME", homeBefore ? saved[2].c_str() : nullptr);
 }
 
-TEST(HostileFiles, FifosAndDevicesAreRefusedWithoutWaiting) {
-  TempDir dir;
-  const std::string fifo = dir.File("fifo.ini"), copy = dir.File("copy.ini");
-  ASSERT_EQ(mkfifo(fifo.c_str(), 0644), 0);
-  for (const char* path : {fifo.c_str(), "/dev/zero", "/dev/null"}) {
-    SCOPED_TRACE(path);
-    char buffer[16];
-    EXPECT_EQ(GetPrivateProfileStringA("s", "k", "dflt", buffer, sizeof buffer, path), 4u);
-    EXPECT_STREQ(buffer, "dflt");
-    EXPECT_FALSE(CopyFileA(path, copy.c_str(), FALSE));
-    EXPECT_EQ(TolvexBeginProfileEdit(path), nullptr);
-  }
-  EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "v", fifo.c_str()));
-  EXPECT_FALSE(FileExists(copy));
-}
-
 TEST(FileSizeLimit, FailsTheWriteWithoutKillingTheProcess) {
   TempDir dir;
   const std::string path = dir.File("t.ini"), original = "; keep\r\n[s]\r\nk=1\r\n\r\n";
@@ -167,4 +139,17 @@ TEST(ForkedChild, NeitherCommitsNorReleasesItsParentsOpenChanges) {
 }
 
 }  // namespace
+
+void MarkToKeep(const std::string& path) { EXPECT_EQ(chmod(path.c_str(), 0640), 0) << path; }
+bool StillMarked(const std::string& path) { return (StatOf(path).st_mode & 07777) == 0640; }
+
+std::vector<std::string> OtherSpellings(const std::string& folder) {
+  return {folder + "//t.ini", folder + "/./t.ini"};
+}
+
+std::vector<std::string> SpecialFiles(const std::string& folder) {
+  EXPECT_EQ(mkfifo((folder + "/fifo.ini").c_str(), 0644), 0);
+  return {folder + "/fifo.ini", "/dev/zero", "/dev/null"};
+}
+
 }  // namespace tolvex::test

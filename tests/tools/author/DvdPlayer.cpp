@@ -10,6 +10,8 @@
 #include <memory>
 #include <vector>
 
+#include "support/MarkedAreas.h"
+
 namespace tolvex::test {
 
 DvdPlayer::DvdPlayer(const std::string& disc) {
@@ -120,46 +122,22 @@ std::optional<DrawnHighlight> DvdPlayer::Highlight(int button, bool activated) {
 
 namespace {
 
-using Box = DrawnHighlight;  // edges included
-
-// The 8-connected pieces of marked (non-black) pixels of a mask picture, as boxes.
-std::vector<Box> MaskPieces(const std::string& file) {
+// The 8-connected pieces of marked (non-black) pixels of a mask picture.
+std::vector<MarkedArea> MaskPieces(const std::string& file) {
   std::unique_ptr<GdkPixbuf, void (*)(void*)> mask(gdk_pixbuf_new_from_file(file.c_str(), nullptr),
                                                   g_object_unref);
   if (!mask) {
     ADD_FAILURE() << file << ": unreadable";
     return {};
   }
-  const int w = gdk_pixbuf_get_width(mask.get()), h = gdk_pixbuf_get_height(mask.get());
   const int n = gdk_pixbuf_get_n_channels(mask.get());
   const int stride = gdk_pixbuf_get_rowstride(mask.get());
   const guchar* pixels = gdk_pixbuf_read_pixels(mask.get());
-  std::vector<char> seen(static_cast<size_t>(w) * h, 0);
-  auto take = [&](int x, int y) {  // whether (x, y) is marked and not yet in a piece
-    if (x < 0 || y < 0 || x >= w || y >= h || seen[y * w + x]) return false;
-    const guchar* p = pixels + y * stride + x * n;
-    return (seen[y * w + x] = (p[0] | p[1] | p[2]) != 0) != 0;
-  };
-  std::vector<Box> pieces;
-  for (int y = 0; y < h; ++y) {
-    for (int x = 0; x < w; ++x) {
-      if (!take(x, y)) continue;
-      Box box;
-      box.left = box.right = x, box.top = box.bottom = y;
-      for (std::vector<std::pair<int, int>> todo{{x, y}}; !todo.empty();) {
-        const auto [cx, cy] = todo.back();
-        todo.pop_back();
-        box.left = std::min(box.left, cx), box.top = std::min(box.top, cy);
-        box.right = std::max(box.right, cx), box.bottom = std::max(box.bottom, cy);
-        for (int d = 0; d < 9; ++d) {
-          const int nx = cx + d % 3 - 1, ny = cy + d / 3 - 1;
-          if (take(nx, ny)) todo.push_back({nx, ny});
-        }
-      }
-      pieces.push_back(box);
-    }
-  }
-  return pieces;
+  return MarkedAreas(gdk_pixbuf_get_width(mask.get()), gdk_pixbuf_get_height(mask.get()),
+                     [&](int x, int y) {
+                       const guchar* p = pixels + y * stride + x * n;
+                       return (p[0] | p[1] | p[2]) != 0;
+                     });
 }
 
 std::string Describe(const DrawnHighlight& h) {
@@ -191,7 +169,7 @@ void ExpectDrawnIn(const DrawnHighlight& h, Rgb8 colour, const std::string& wher
 void ExpectHighlights(DvdPlayer& player, const std::string& maskFile, Rgb8 selected,
                       Rgb8 activated) {
   const int buttons = player.Pci() ? player.Pci()->hli.hl_gi.btn_ns : 0;
-  const std::vector<Box> bands = MaskPieces(maskFile);
+  const std::vector<MarkedArea> bands = MaskPieces(maskFile);
   ASSERT_EQ(static_cast<int>(bands.size()), buttons) << maskFile;
   std::vector<int> held(bands.size(), 0);
   for (int b = 1; b <= buttons; ++b) {
@@ -202,9 +180,9 @@ void ExpectHighlights(DvdPlayer& player, const std::string& maskFile, Rgb8 selec
     ExpectDrawnIn(*pressed, activated, where + " activated");
     int bandsHeld = 0;
     for (size_t i = 0; i < bands.size(); ++i) {
-      const Box& band = bands[i];
-      if (drawn->left <= band.left && drawn->top <= band.top && drawn->right >= band.right &&
-          drawn->bottom >= band.bottom) {
+      const MarkedArea& band = bands[i];  // the drawn area's edges are its own
+      if (drawn->left <= band.left && drawn->top <= band.top && drawn->right >= band.right - 1 &&
+          drawn->bottom >= band.bottom - 1) {
         ++held[i], ++bandsHeld;
       }
     }

@@ -96,11 +96,8 @@ TEST(Navigation, LinksThatLeaveButtonsOutOfReachFallBackToListOrder) {
 }
 
 TEST(Navigation, ReachabilityNeedsEveryButtonFromEveryOther) {
-  EXPECT_TRUE(AllReachable({{0, 0, 0, 0}}));
-  EXPECT_TRUE(AllReachable({{0, 0, 1, 1}, {1, 1, 0, 0}}));
   // 0 reaches 1, but 1 never comes back.
   EXPECT_FALSE(AllReachable({{0, 0, 1, 1}, {1, 1, 1, 1}}));
-  EXPECT_FALSE(AllReachable({{0, 0, 0, 0}, {1, 1, 1, 1}}));
 }
 
 }  // namespace
