@@ -16,10 +16,6 @@ namespace os = tolvex::platform::os;
 using tolvex::platform::StatusCode;
 namespace {
 
-std::string SizeText(long long bytes) {
-  return bytes >= (1LL << 20) ? std::to_string(bytes >> 20) + " MB" : std::to_string(bytes) + " bytes";
-}
-
 // Why a file of this kind and size is not a file that can be read as input, or nullopt.
 std::optional<std::string> KindProblem(const os::PathInfo& info) {
   if (info.kind == os::PathKind::kFolder) return "is a folder, not a file";
@@ -52,10 +48,10 @@ std::optional<std::string> PictureProblem(const std::string& path) {
   os::PathInfo info;
   if (auto problem = LookAtInput(path, &info)) return problem;
   const std::string tooLarge = "more than the " +
-                               SizeText(static_cast<long long>(render::kMaxPictureBytes)) +
+                               SizeText(render::kMaxPictureBytes) +
                                " a picture may have";
   if (info.size > render::kMaxPictureBytes)
-    return "is " + SizeText(static_cast<long long>(info.size)) + ", " + tooLarge;
+    return "is " + SizeText(info.size) + ", " + tooLarge;
   std::string bytes;
   const auto read = os::ReadWholeFile(path, &bytes, nullptr, render::kMaxPictureBytes);
   if (read.code() == StatusCode::kNoSpace) return "has grown to " + tooLarge;

@@ -14,12 +14,6 @@ namespace {
 namespace os = tolvex::platform::os;
 using tolvex::platform::StatusCode;
 
-std::string SizeText(unsigned long long bytes) {
-  if (bytes >= (1ULL << 30)) return std::to_string(bytes >> 30) + " GB";
-  if (bytes >= (1ULL << 20)) return std::to_string(bytes >> 20) + " MB";
-  return std::to_string(bytes) + " bytes";
-}
-
 // Why a file of this kind is no document, or nullptr for a regular file.
 const char* KindProblem(os::PathKind kind) {
   switch (kind) {
