@@ -130,6 +130,22 @@ TEST(IndexedIniEdit, LongRunsOfChangesAreCompactedWithoutChangingAByte) {
   }
 }
 
+// A value read again is found without a lookup while its line is unchanged. After a
+// compaction a changed line can take the place in the buffer of changed lines that it had
+// before, with its line break at the same place ("k=ab" and "k=c "): it must read as changed.
+TEST(IndexedIniEdit, AValueReadAgainAfterACompactionReadsItsChange) {
+  IndexedIni indexed(std::string("[s]\r\nk=a\r\n"));
+  char got[8] = {};
+  indexed.Write("s", "k", "ab");
+  ASSERT_EQ(indexed.Read("s", "k", "", got, sizeof got), 2u);
+  const std::string large(8192, 'x');
+  indexed.Write("s", "j", large.c_str());
+  indexed.Write("s", "j", (large + "y").c_str());  // the first value's line is compacted away
+  indexed.Write("s", "k", "c ");
+  EXPECT_EQ(indexed.Read("s", "k", "", got, sizeof got), 1u);
+  EXPECT_STREQ(got, "c");
+}
+
 // Files larger than a piece, with a line longer than one, in both widths: the pieces join to the
 // file's bytes, and the first failure of the sink ends the writing.
 TEST(IndexedIniEdit, BytesInPiecesJoinToTheFileAndStopAtAFailure) {
