@@ -5,6 +5,8 @@
 #include "platform/IndexedIni.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 
 #include "platform/ResultBuffer.h"
 
@@ -25,19 +27,38 @@ std::string_view WithoutLeadingBlanks(std::string_view text) {
 
 bool IsLineBreak(char byte) { return byte == '\r' || byte == '\n'; }
 
+// Whether some byte of `word` is below `limit` (at most 0x80).
+bool SomeByteBelow(uint64_t word, uint8_t limit) {
+  constexpr uint64_t kEachByte = 0x0101010101010101u;
+  return ((word - kEachByte * limit) & ~word & (kEachByte << 7)) != 0;
+}
+
+// Whether `isSpecial` is true for a byte of `text`. It may only be true for bytes below 0x0E
+// and for `also`: eight bytes at a time are screened for those first.
+template <typename IsSpecial>
+bool HoldsSpecialByte(std::string_view text, char also, const IsSpecial& isSpecial) {
+  const uint64_t alsoEverywhere = 0x0101010101010101u * static_cast<unsigned char>(also);
+  size_t i = 0;
+  for (; i + 8 <= text.size(); i += 8) {
+    uint64_t word;
+    std::memcpy(&word, text.data() + i, sizeof word);
+    if (!SomeByteBelow(word, 0x0E) && !SomeByteBelow(word ^ alsoEverywhere, 1)) continue;
+    for (size_t j = i; j < i + 8; ++j)
+      if (isSpecial(text[j])) return true;
+  }
+  for (; i < text.size(); ++i)
+    if (isSpecial(text[i])) return true;
+  return false;
+}
+
 // For the common new entry of an ANSI file, a key and a value that the reading rules take as
 // they are: the length of the key's name (trailing blanks dropped), else 0. Such a key starts
 // with no blank and no '[', and holds no '=', NUL or line break; the value holds no line break.
 size_t PlainAnsiKey(std::string_view key, std::string_view value) {
   key = WithoutLeadingBlanks(key);
   if (key.empty() || key.front() == '[') return 0;
-  // NUL, LF and CR are all at most CR: most bytes are told apart by one compare.
-  for (char byte : key) {
-    if (byte == '=') return 0;
-    if (static_cast<unsigned char>(byte) <= '\r' && (byte == '\0' || IsLineBreak(byte))) return 0;
-  }
-  for (char byte : value)
-    if (static_cast<unsigned char>(byte) <= '\r' && IsLineBreak(byte)) return 0;
+  const auto inName = [](char byte) { return byte == '=' || byte == '\0' || IsLineBreak(byte); };
+  if (HoldsSpecialByte(key, '=', inName) || HoldsSpecialByte(value, '\r', IsLineBreak)) return 0;
   while (IsBlank(static_cast<unsigned char>(key.back()))) key.remove_suffix(1);
   return key.size();
 }

@@ -52,6 +52,11 @@ class IndexedIni {
   // WritePrivateProfileStringA on the file (`app` not NULL): true when the bytes changed.
   bool Write(const char* app, const char* key, const char* value);
 
+  // Room for `bytes` of changed and added lines, so that an edit that builds a file line by
+  // line does not copy its lines again each time the buffer of changed lines grows. Memory is
+  // only taken as the lines fill it.
+  void ReserveForChanges(size_t bytes) { m_changedLines.reserve(bytes); }
+
   // Whether a section called `app` (trimmed, as reads look it up) is in the file.
   bool HasSection(const char* app) const { return FindTrimmedSection(app) >= 0; }
   // The key list of section `app` (matched untrimmed) as the key-list read gives it before it

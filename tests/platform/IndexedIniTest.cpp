@@ -18,13 +18,16 @@ using reference::EditProfileText;
 using reference::IniDocument;
 using reference::ReadProfileText;
 
-// "@" and "`", "[x" and "{x" differ in the bit that case folding ignores; the last name is
-// longer than the names an ANSI file looks up without a string of their own.
+// "@" and "`", "[x" and "{x" differ in the bit that case folding ignores; names and values
+// longer than eight bytes hold the bytes that change a line past their first eight; the last
+// name is longer than the names an ANSI file looks up without a string of their own.
 const char* const kNames[] = {"s", "S", " s ", "", "k", "K2", "[x", "{x", "a]b", "=", ";c", "a=b",
                               "\x1a", "x\r\ny", "b  c", "\xC9", "@", "`", "LongerName12",
+                              "LongerName=12", "LongerName12\n",
                               "LnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLn"
                               "LnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLn"};
-const char* const kValues[] = {"1", "", "  v ", "\"q\"", "]", "x]", "a\nb", "[t]", "\xE9", "=="};
+const char* const kValues[] = {"1",   "",      "  v ", "\"q\"", "]",
+                               "x]",  "a\nb",  "[t]",  "\xE9", "==", "a longer\r value"};
 const char* const kLines[] = {"[s]", "[S]", "k=1", "K=2", "=e", "=f", "[]", "valueless", "[x",
                               "  k2 = v ", ";c=3", "", "   ", "[a]b]", "x="};
 const char* const kBreaks[] = {"\r\n", "\n", "\r", "\n\r", "\r\n\r\n", ""};
