@@ -207,7 +207,7 @@ void IndexedIni::IndexHeader(uint32_t index) {
   const IniLine parse = ParseOf(first);
   const std::string_view bytes = BytesOf(first);
   const uint32_t hash = OnText(bytes, [&](const auto& units) {
-    return NameIndex::Hash(units, parse.name);
+    return HashOf(units, parse.name);
   });
   m_firstSection.Insert(hash, index, [&](uint32_t other) {
     const Line& line = m_sections[other].lines.front();
@@ -220,7 +220,7 @@ void IndexedIni::IndexEntry(Section& section, uint32_t index, const IniLine& par
                             const uint32_t* knownHash) {
   const std::string_view bytes = BytesOf(section.lines[index]);
   const uint32_t hash = knownHash ? *knownHash : OnText(bytes, [&](const auto& units) {
-    return NameIndex::Hash(units, parse.name);
+    return HashOf(units, parse.name);
   });
   section.entries.Insert(hash, index, [&](uint32_t other) {
     const Line& line = section.lines[other];
@@ -274,7 +274,7 @@ int64_t IndexedIni::FindKey(const Section& section, std::string_view key, IniLin
 template <typename Name>
 int64_t IndexedIni::FindEntry(const Section& section, const Name& name, IniLine* parse,
                               uint32_t* hash) const {
-  *hash = NameIndex::Hash(name, UnitRange{0, name.size()});
+  *hash = HashOf(name, UnitRange{0, name.size()});
   return section.entries.Find(*hash, [&](uint32_t index) {
     const Line& line = section.lines[index];
     *parse = ParseOf(line);
@@ -647,8 +647,7 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
 bool IndexedIni::AppendPlainEntry(Section& section, std::string_view key, std::string_view value,
                                   const uint32_t* keyHash) {
   if (m_encoding != FileEncoding::kAnsi || !keyHash) return false;
-  const size_t nameEnd = PlainAnsiKey(key, value);
-  if (nameEnd == 0) return false;
+  if (PlainAnsiKey(key, value) == 0) return false;
   // The section's last line must be the last one added, ending in its own CR LF.
   const Line& last = section.lines.back();
   const size_t end = m_changedLines.size();
@@ -671,10 +670,8 @@ bool IndexedIni::AppendPlainEntry(Section& section, std::string_view key, std::s
   m_units += line.size;
   const uint32_t index = static_cast<uint32_t>(section.lines.size());
   section.lines.push_back(line);
-  IniLine parse;
-  parse.hasValue = true;
-  parse.name = {0, nameEnd};
-  IndexEntry(section, index, parse, keyHash);
+  // AddEntry is only asked for a key the section does not have.
+  section.entries.InsertAbsent(*keyHash, index);
   return true;
 }
 

@@ -121,6 +121,15 @@ class IndexedIni {
   }
   enum class Outcome { kChanged, kUnchanged, kReindex };
 
+  // The index's hash of the name at `range` of a text; bytes are read four at a time.
+  template <typename Text>
+  static uint32_t HashOf(const Text& text, UnitRange range) {
+    return NameIndex::Hash(text, range);
+  }
+  static uint32_t HashOf(const Units<false>& text, UnitRange range) {
+    return NameIndex::HashBytes(text.bytes + range.begin, range.size());
+  }
+
   LineText TextOf(const Line& line) const;
   LineText TextOf(std::string_view bytes) const;
   std::string_view BytesOf(const Line& line) const;
