@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "renderer/RenderTestSupport.h"
+#include "renderer/SystemCases.h"
 #include "renderer/TitleText.h"
 #include "support/Environment.h"
 
