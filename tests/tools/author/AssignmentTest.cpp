@@ -29,7 +29,7 @@ TEST(Assignment, VideosGoToThePagesButtonsInOrder) {
   }
 }
 
-TEST(Assignment, TooFewVideosNameTheButtonsLeftWithoutOnePageByPage) {
+TEST(Assignment, TooFewOrTooManyVideosNameWhatIsLeftPageByPage) {
   // Buttons are named by the tool's numbers (library index - 1); an older layout's button at
   // index 1 has no number.
   const std::vector<PageButtons> pages = {{"a.ini", {1, 3}}, {"b.ini", {4, 5}}};
@@ -37,6 +37,8 @@ TEST(Assignment, TooFewVideosNameTheButtonsLeftWithoutOnePageByPage) {
             "1 video for 4 numbered buttons: no video for a.ini button 2, b.ini button 3 4");
   EXPECT_EQ(ErrorOf({{"a.ini", {1, 2}}}, {}),
             "0 videos for 2 numbered buttons: no video for a.ini button at library index 1 1");
+  EXPECT_EQ(ErrorOf({{"a.ini", {2}}}, {"x.mp4", "y.mp4", "z.mp4"}),
+            "3 videos for 1 numbered button: left over: y.mp4 z.mp4");
 }
 
 TEST(Colours, DefaultsStandOutFromTheFramesAndFromEachOther) {
