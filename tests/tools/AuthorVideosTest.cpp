@@ -104,8 +104,6 @@ TEST(AuthoredVideos, NtscDiscOfMixedClipsPlaysEachInItsAspect) {
       {"a25.mp4",
        "-f lavfi -i testsrc=r=25:d=1:s=320x240 -f lavfi -i sine=d=1 -c:v mpeg4 -c:a aac", 1.0, 0,
        "a25.mp4: 320x240 25 fps MPEG-4, AAC mono 44.1 kHz → NTSC 4:3, 29.97 fps, AC-3 mono"},
-      {"b30.mp4", "-f lavfi -i testsrc=r=30:d=1.5:s=160x120", 1.5, 0,
-       "b30.mp4: 160x120 30 fps H.264, no sound → NTSC 4:3, 29.97 fps, silent AC-3 stereo"},
       {"wide dvd é.mpg",
        "-f lavfi -i testsrc=r=30000/1001:d=2 -f lavfi -i sine=d=2 -target ntsc-dvd -aspect 16:9 "
        "-ac 2",
@@ -118,15 +116,13 @@ TEST(AuthoredVideos, NtscDiscOfMixedClipsPlaysEachInItsAspect) {
   const ToolResult run = AuthorClips(dir, clips, /*pal=*/false, {});
   SaysWhatItDidWithEachAndDvdauthorKeptEveryAspect(dir, run, clips);
   EachButtonPlaysItsClipInItsAspect(dir.File("disc"), clips);
-  TheMenuKeyDuringATitleLeadsBackToThePage(dir.File("disc"), 3);
+  TheMenuKeyDuringATitleLeadsBackToThePage(dir.File("disc"), 2);
 }
 
 // On a disc of 4:3 titles (--aspect 4:3) a 16:9 DVD file is letterboxed and a portrait clip
 // pillarboxed; NTSC rates become 25 fps; a PAL DVD file with sound at 44.1 kHz keeps its picture.
 TEST(AuthoredVideos, PalDiscOfFourThreeTitlesFitsEveryShape) {
   const std::vector<Clip> clips = {
-      {"e2997.mp4", "-f lavfi -i testsrc=r=30000/1001:d=1:s=160x120 -f lavfi -i sine=d=1", 1.0,
-       0, "e2997.mp4: 160x120 29.97 fps H.264, AAC mono 44.1 kHz → PAL 4:3, 25 fps, AC-3 mono"},
       {"f.mpg",
        "-f lavfi -i testsrc=r=30000/1001:d=1.5 -f lavfi -i sine=d=1.5 -target ntsc-dvd "
        "-aspect 16:9 -ac 2",
@@ -151,7 +147,7 @@ TEST(AuthoredVideos, PalDiscOfFourThreeTitlesFitsEveryShape) {
   SaysWhatItDidWithEachAndDvdauthorKeptEveryAspect(dir, run, clips);
   DvdPlayer player(dir.File("disc"));
   ASSERT_TRUE(player.ok());
-  ASSERT_EQ(player.RunToMenu().buttons, 4) << "one page: no previous or next";
+  ASSERT_EQ(player.RunToMenu().buttons, 3) << "one page: no previous or next";
   ExpectHighlights(player, dir.File("disc/menus/page1-mask.bmp"), {255, 220, 0}, {0, 200, 255});
   EachButtonPlaysItsClipInItsAspect(dir.File("disc"), clips);
 }

@@ -2,8 +2,9 @@
 // tried on a page spoiled in every way a DVD maker meets: what the renderer draws wrongly
 // (titles cut off or over a neighbour, measured as the renderer lays them out), what a
 // television shows badly (outside the title-safe area, odd lines, thin frames), and files that
-// cannot be used (a FIFO that must not be opened, empty, truncated, corrupt, oversized, a
-// folder, an output folder that is missing). render refuses such a page unless forced.
+// cannot be used (a FIFO that must not be opened, an empty picture, a folder, an output folder
+// that is missing; the renderer's tests try the ways a picture can be spoiled). render refuses
+// such a page unless forced.
 // Templates are untrusted: outputs outside the template's folder are pointed out, names are
 // echoed escaped, and a huge page gives a short report or is refused unread.
 #include "ToolRunner.h"
@@ -35,12 +36,6 @@ std::string Title(int index, const std::string& text, int x, int y) {
   return "ButtonTitle" + i + "=" + text + "\nButtonTitlePosition" + i + "_x=" + std::to_string(x) +
          "\nButtonTitlePosition" + i + "_y=" + std::to_string(y) + "\nButtonTitleFont_Size" + i +
          "=20\n";
-}
-
-// A PNG header that claims 9000 x 9000 pixels and holds none (the checksum is not looked at
-// before the size).
-std::string HugePng() {
-  return PngHeader(9000, 9000) + std::string("\x08\x02\0\0\0\0\0\0\0", 9);
 }
 
 // check prints each problem on one line with its severity; the exit status is the worst one.
@@ -90,20 +85,6 @@ TEST(CheckCommand, ReportsErrorsAndWarningsOneLineEach) {
   }
 }
 
-// A JPEG of `width` x `height` made by the tool, its start-of-frame patched to claim the size
-// `claimed` (0: as made).
-std::string Jpeg(const TempDir& dir, int width, int height, int claimed = 0) {
-  const std::string path = dir.File("made.jpg");
-  EXPECT_EQ(RunTool({"resize", ExamplePicture("background.png"), path, std::to_string(width),
-                     std::to_string(height)})
-                .status, 0);
-  std::string jpeg = ReadFile(path);
-  const std::size_t frame = jpeg.find("\xff\xc0");
-  if (claimed && frame != std::string::npos)
-    for (std::size_t at : {frame + 5, frame + 7}) jpeg[at] = char(claimed >> 8), jpeg[at + 1] = char(claimed);
-  return jpeg;
-}
-
 const char kSpoiled[] =
     "[Background]\nNTSC=FALSE\nMaximumNumberOfButton=3\nCurrentNumberOfButton=3\n"
     "BackgroundBmp=fifo.png\nBackgroundMusic=folder\nOutputBmp=nofolder/menu.bmp\n"
@@ -119,24 +100,14 @@ TEST(CheckFindings, ASpoiledPageIsReportedOneLineAFindingAndRenderRefusesIt) {
   const std::unique_ptr<IdleFifo> fifo(fifos ? new IdleFifo(dir.File("fifo.png")) : nullptr);
   ASSERT_TRUE(std::filesystem::create_directory(dir.File("folder")));
   WriteFile(dir.File("empty.png"), "");
-  WriteFile(dir.File("huge.png"), HugePng());
-  WriteFile(dir.File("garbage.png"), "this is not a picture\n");
-  WriteFile(dir.File("trunc.png"), ReadFile(ExamplePicture("button.png")).substr(0, 300));
-  const std::string whole = Jpeg(dir, 720, 480);
-  ASSERT_GT(whole.size(), 4000u);
-  WriteFile(dir.File("cut.jpg"), whole.substr(0, whole.size() / 3));
-  WriteFile(dir.File("claims.jpg"), Jpeg(dir, 64, 64, 5000));
   TempDir elsewhere;
   const std::string file = dir.File("menu.ini"), mask = elsewhere.File("mask.bmp");
   WriteFile(file, std::string(kSpoiled) + "OutMask=" + mask + "\n[NumOfButton3]\n" +
                       Button(2, 40, 100, 200, 190) + "ButtonFrameThickness2=1\n" +
-                      "ButtonBmp2=cut.jpg\nButtonFrameBmp2=claims.jpg\n" +
                       Title(2, "Chapter one", 230, 300) +
                       Button(3, 280, 100, 440, 190) + "ButtonFrameThickness3=40\n" +
-                      "ButtonBmp3=empty.png\nButtonFrameBmp3=huge.png\n" +
-                      Title(3, "The second chapter title", 300, 300) +
-                      Button(4, 480, 300, 640, 391) + "ButtonFrameThickness4=4\n" +
-                      "ButtonBmp4=trunc.png\nButtonFrameBmp4=garbage.png\n");
+                      "ButtonBmp3=empty.png\n" + Title(3, "The second chapter title", 300, 300) +
+                      Button(4, 480, 300, 640, 391) + "ButtonFrameThickness4=4\n");
 
   const ToolResult checked = RunTool({"check", file});
   EXPECT_EQ(checked.status, 2);
@@ -154,15 +125,8 @@ TEST(CheckFindings, ASpoiledPageIsReportedOneLineAFindingAndRenderRefusesIt) {
       "warning: layout 3, button 1: rectangle 40 100 200 190 lies outside the title-safe area "
       "72 57 648 519",
       "warning: layout 3, button 1, frame.size: 1 px: a frame thinner than 2 lines flickers",
-      "error: layout 3, button 1, picture: 'cut.jpg' is truncated: it ends before its "
-      "end-of-image marker",
-      "error: layout 3, button 1, frame.picture: 'claims.jpg' holds far too little data for the "
-      "5000 x 5000 pixels its header claims",
-      "error: layout 3, button 2, frame.picture: 'huge.png' claims 9000x9000 pixels",
       "error: layout 3, button 2, picture: 'empty.png' is empty",
       "warning: layout 3, button 2, frame.size: 40 px leaves 80x10 of the 160x90 button",
-      "error: layout 3, button 3, frame.picture: 'garbage.png' cannot be used: not a PNG, JPEG or BMP picture",
-      "error: layout 3, button 3, picture: 'trunc.png' is truncated or corrupt",
       "warning: layout 3, button 3: top 300 and bottom 391: an edge on an odd line flickers",
       "error: layout 3, button 1, title: runs over the title of button 2",
       "error: layout 3, button 2, title: runs over the button 3",
@@ -183,7 +147,7 @@ TEST(CheckFindings, ASpoiledPageIsReportedOneLineAFindingAndRenderRefusesIt) {
   const ToolResult rendered = RunTool({"render", file});
   EXPECT_EQ(rendered.status, 2);
   EXPECT_NE(rendered.out.find("error: title: cut off"), std::string::npos) << rendered.out;
-  EXPECT_NE(rendered.err.find(file + ": 12 errors found by check; not rendered (--force renders all "
+  EXPECT_NE(rendered.err.find(file + ": 7 errors found by check; not rendered (--force renders all "
                               "the same)"),
             std::string::npos)
       << rendered.err;

@@ -54,16 +54,6 @@ TEST(Capacity, FilesUsedAsTheyAreCountWhatTheyWeigh) {
   EXPECT_EQ(DescribeOverflow(fit),
             "the videos last 2 h 00 min and take 5.0 GB as they are: more than the 4.7 GB of a "
             "single-layer disc (--dvd9: 8.5 GB)");
-  // A picture kept with its sound replaced: the file, and the new sound.
-  VideoFacts video;
-  video.seconds = 3600;
-  video.bytes = 2000000000;
-  VideoPlan plan;
-  plan.treatment = Treatment::kNewSound;
-  plan.soundBitrate = 192000;
-  const DiscFit sound = FitDisc({LoadOf(video, plan)}, kSingleLayer);
-  EXPECT_NEAR(sound.bytes, 2e9 + 3600 * 192000 / 8 * 1.03, 1e6);
-  EXPECT_FALSE(sound.anyEncoded);
 }
 
 }  // namespace

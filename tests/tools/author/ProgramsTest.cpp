@@ -39,15 +39,6 @@ TEST(Programs, RunsWithFilesAndLinesAndReportsHowItEnded) {
   EXPECT_EQ(outcome.status, 3);
   EXPECT_EQ(lines, (std::vector<std::string>{"first", "last without newlinesecond"}));
   EXPECT_EQ(LastLine(outcome.errors), "why");
-
-  Invocation logged({"/bin/sh", "-c", "pwd; echo $GREETING >&2"});
-  logged.folder = dir.path();
-  logged.output = dir.File("out");
-  logged.log = dir.File("log");
-  logged.environment = {"GREETING=hello"};
-  EXPECT_EQ(RunProgram(logged).status, 0);
-  EXPECT_EQ(tolvex::test::ReadFile(dir.File("out")), dir.path() + "\n");
-  EXPECT_EQ(tolvex::test::ReadFile(dir.File("log")), "hello\n");
 }
 
 }  // namespace
