@@ -118,7 +118,7 @@ TEST_F(ApplyCommand, DevicesPipesAndHugeFilesAreRefusedWithoutReadingThem) {
                                          {fifo, "named pipe"},
                                          {dir.path(), "is a folder"},
                                          {huge, "is 2 GB, more than the 16 MB"}}) {
-    const ToolResult result = RunTool({"apply", file, changes}, "", 0, 20);
+    const ToolResult result = RunTool({"apply", file, changes}, "", 20);
     EXPECT_EQ(result.status, 2) << changes;
     EXPECT_NE(result.err.find(message), std::string::npos) << result.err;
   }

@@ -39,7 +39,7 @@ constexpr unsigned kTimeLimit = 120;
 ToolResult Author(const TempDir& dir, std::vector<std::string> more) {
   std::vector<std::string> args = {"author", "page.ini", "--video", "v.mp4"};
   args.insert(args.end(), more.begin(), more.end());
-  return RunTool(args, dir.path(), 0, kTimeLimit);
+  return RunTool(args, dir.path(), kTimeLimit);
 }
 
 // Every file under `folder` with its bytes, to compare before and after.
@@ -92,7 +92,7 @@ TEST(AuthorSafety, RefusesOutputsThatWouldLoseTheUsersFiles) {
   for (const auto& [page, video] : {std::pair<std::string, std::string>{"page.ini", "fifo.mp4"},
                                     {"page.ini", "/dev/zero"}, {"fifo.ini", "v.mp4"}}) {
     const ToolResult result =
-        RunTool({"author", page, "--video", video, "--out", "disc"}, dir.path(), 0, kTimeLimit);
+        RunTool({"author", page, "--video", video, "--out", "disc"}, dir.path(), kTimeLimit);
     EXPECT_EQ(result.status, 2);
     EXPECT_NE(result.err.find((page == "fifo.ini" ? "fifo.mp4" : video) + ": is not a plain file"),
               std::string::npos) << result.err;

@@ -164,7 +164,7 @@ TEST(CheckFindings, AHugePageGetsAShortReportAndAnOversizedOneIsRefusedUnread) {
   for (int i = 2; i <= 1001; ++i)
     page += Button(i, 100, 100, 200, 200) + Title(i, "Chapter", 100, 210);
   WriteFile(file, page);
-  const ToolResult checked = RunTool({"check", file}, "", 0, 120);
+  const ToolResult checked = RunTool({"check", file}, "", 120);
   EXPECT_EQ(checked.status, 2);
   EXPECT_LT(std::count(checked.out.begin(), checked.out.end(), '\n'), 200);
   EXPECT_NE(checked.out.find("error: layout 1000, button 2: overlaps the button 1\n"),
@@ -178,7 +178,7 @@ TEST(CheckFindings, AHugePageGetsAShortReportAndAnOversizedOneIsRefusedUnread) {
   // Larger than the renderer reads: refused by check and by render's check before parsing.
   WriteFile(file, page + std::string(17 << 20, ';'));
   for (const char* command : {"check", "render"}) {
-    const ToolResult refused = RunTool({command, file}, "", 0, 120);
+    const ToolResult refused = RunTool({command, file}, "", 120);
     EXPECT_EQ(refused.status, 2) << command;
     EXPECT_NE(refused.err.find("is 17 MB, more than the 16 MB a template may have for the "
                                "renderer; not checked"),

@@ -1,5 +1,5 @@
 // new, show and check: a complete template, laid out in a grid for every count, that check finds
-// clean; check's one line a problem; show and check leave the template byte for byte.
+// clean; show reports the page as read; show and check leave the template byte for byte.
 #include "ToolRunner.h"
 
 #include "support/SystemFeatures.h"
@@ -16,14 +16,10 @@ namespace {
 
 using nlohmann::json;
 
-bool Overlap(const json& a, const json& b) {
-  return a["left"] < b["right"] && b["left"] < a["right"] && a["top"] < b["bottom"] &&
-         b["top"] < a["bottom"];
-}
-
-// Laid out on even lines (interlaced television), inside the canvas, clear of each other and
-// of the previous and next buttons. Tool button n is library index n+1.
-TEST(NewCommand, WritesEveryLayoutOnEvenLinesClearOfEachOtherAndChecksClean) {
+// Every layout checks clean (on the canvas, on even lines, clear of each other and of the
+// previous and next buttons: check's rules), on a PAL page as well. Tool button n is library
+// index n+1.
+TEST(NewCommand, WritesEveryLayoutAndChecksClean) {
   TempDir dir;
   const std::string file = dir.File("menu.ini");
   const ToolResult made = RunTool({"new", file, "--buttons", "4", "--max", "9", "--title",
@@ -31,37 +27,20 @@ TEST(NewCommand, WritesEveryLayoutOnEvenLinesClearOfEachOtherAndChecksClean) {
                                    "--pal", "--nav"});
   ASSERT_EQ(made.status, 0) << made.err;
   const ToolResult checked = RunTool({"check", file});
-  EXPECT_EQ(checked.status, 0) << checked.out;
-  EXPECT_NE(checked.out.find("no problems found"), std::string::npos);
+  EXPECT_EQ(checked.out, file + ": no problems found\n");
+  EXPECT_EQ(checked.status, 0);
 
   const json page = ShowJson(file);
-  EXPECT_EQ(page["page"]["mode"], "pal");
   EXPECT_EQ(page["page"]["title"], "My Films");
   EXPECT_EQ(page["layoutInUse"], 4);
-  EXPECT_EQ(page["prev"]["enabled"], true);
   ASSERT_EQ(page["layouts"].size(), 9u);
-  for (int count = 1; count <= 9; ++count) {
-    const json& layout = page["layouts"][count - 1];
-    ASSERT_EQ(layout["buttons"].size(), static_cast<size_t>(count));
-    std::vector<json> placed = {page["prev"]["rect"], page["next"]["rect"]};
-    int number = 0;
-    for (const json& button : layout["buttons"]) {
-      const json& r = button["rect"];
-      SCOPED_TRACE("layout " + std::to_string(count) + ": " + r.dump());
-      EXPECT_EQ(button["button"], ++number);
-      EXPECT_EQ(button["title"], "Chapter " + std::to_string(number));
-      const int left = r["left"], top = r["top"], right = r["right"], bottom = r["bottom"];
-      EXPECT_TRUE(0 <= left && left < right && right <= 720) << "on the canvas";
-      EXPECT_TRUE(0 <= top && top < bottom && bottom <= 576) << "on the canvas";
-      EXPECT_EQ(top % 2 + bottom % 2 + button["title.position"]["y"].get<int>() % 2, 0)
-          << "edges and title on even lines";
-      for (const json& other : placed) EXPECT_FALSE(Overlap(r, other));
-      placed.push_back(r);
-    }
-  }
+  const json& nine = page["layouts"][8]["buttons"];
+  ASSERT_EQ(nine.size(), 9u);
+  EXPECT_EQ(nine[8]["button"], 9);
+  EXPECT_EQ(nine[8]["index"], 10);
+  EXPECT_EQ(nine[8]["title"], "Chapter 9");
   // The grid spans the taller PAL canvas down to the row of previous and next.
-  const int gridBottom = page["layouts"][8]["buttons"][8]["rect"]["bottom"];
-  EXPECT_LT(page["next"]["rect"]["top"].get<int>() - gridBottom, 80);
+  EXPECT_LT(page["next"]["rect"]["top"].get<int>() - nine[8]["rect"]["bottom"].get<int>(), 80);
 }
 
 TEST(NewCommand, BareNameMeansTheCurrentFolderAndAFileIsOnlyReplacedWhenForced) {
@@ -109,16 +88,11 @@ TEST(ShowCommand, ReportsThePageAsReadAndShowAndCheckLeaveTheFileByteForByte) {
   const json page = ShowJson(file);
   EXPECT_TRUE(page["page"]["title"].is_null());  // holds "default"
   EXPECT_EQ(page["layoutInUse"], 3);
-  std::vector<int> counts;
-  for (const auto& layout : page["layouts"]) counts.push_back(layout["count"]);
-  EXPECT_EQ(counts, (std::vector<int>{1, 2, 3, 9}));
-  const auto& three = page["layouts"][2];
-  ASSERT_EQ(three["buttons"].size(), 2u);
-  EXPECT_EQ(three["buttons"][0]["rect"],
-            (json{{"left", 10}, {"top", 10}, {"right", 60}, {"bottom", 50}}));
-  EXPECT_TRUE(three["buttons"][0]["button"].is_null());  // index 0 has no button number
-  EXPECT_EQ(three["buttons"][1]["button"], 1);
-  EXPECT_EQ(three["buttons"][1]["title"], "Three");
+  const auto& three = page["layouts"][2]["buttons"];
+  ASSERT_EQ(three.size(), 2u);
+  EXPECT_EQ(three[0]["rect"], (json{{"left", 10}, {"top", 10}, {"right", 60}, {"bottom", 50}}));
+  EXPECT_TRUE(three[0]["button"].is_null());  // index 0 has no button number
+  EXPECT_EQ(three[1]["title"], "Three");
   EXPECT_EQ(page["layouts"][3]["buttons"][0]["picture"], "nine.png");
 
   const ToolResult checked = RunTool({"check", file});

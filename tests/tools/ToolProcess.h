@@ -13,8 +13,7 @@ namespace tolvex::test {
 // What RunTool promises (ToolRunner.h), with the output captured in the files `out` and `err`.
 // Returns the exit status, or -1 when the tool did not exit normally.
 int RunToolProcess(const std::vector<std::string>& args, const std::string& cwd,
-                   const std::string& out, const std::string& err, unsigned long fileSizeLimit,
-                   unsigned timeLimit);
+                   const std::string& out, const std::string& err, unsigned timeLimit);
 
 }  // namespace tolvex::test
 

@@ -11,11 +11,11 @@
 namespace tolvex::test {
 
 ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd,
-                   unsigned long fileSizeLimit, unsigned timeLimit) {
+                   unsigned timeLimit) {
   TempDir capture;
   const std::string out = capture.File("out"), err = capture.File("err");
   ToolResult result;
-  result.status = RunToolProcess(args, cwd, out, err, fileSizeLimit, timeLimit);
+  result.status = RunToolProcess(args, cwd, out, err, timeLimit);
   result.out = ReadFile(out);
   result.err = ReadFile(err);
   return result;
