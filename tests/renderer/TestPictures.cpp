@@ -32,7 +32,9 @@ void WritePicture(const std::string& path, int width, int height,
   }
   std::string bytes, why;
   if (path.substr(path.size() - 4) == ".bmp") {
-    bytes = render::EncodeBmp24({width, height, rgb.rgb.data(), width * 3, render::PixelLayout::kRgb});
+    const render::PixelRows rows{width, height, rgb.rgb.data(), width * 3,
+                                 render::PixelLayout::kRgb};
+    bytes = render::EncodeBmp24(rows);
   } else {
     EXPECT_EQ(render::EncodePng(rgb, &bytes, &why), render::Status::kOk) << path << ": " << why;
   }

@@ -163,7 +163,8 @@ TEST(AuthorSafety, StoppingEndsTheRunAndItsProgramsAndLeavesNothing) {
   TempDir dir;
   MakePageAndVideo(dir, 30);  // long enough to be converting when the signal comes
   const std::string run = "cd '" + dir.path() + "' && sh -c 'echo $$ > pid; exec " +
-                          MENUTEMPLATE_TOOL + " author page.ini --video v.mp4 --out disc >out 2>err'";
+                          MENUTEMPLATE_TOOL +
+                          " author page.ini --video v.mp4 --out disc >out 2>err'";
   for (int signal : {SIGINT, SIGTERM}) {
     fs::remove(dir.File("out"));
     int status = -1;

@@ -33,17 +33,6 @@ TEST(Navigation, GridValuesLinkRowsAndColumnsAndLeftRightWrapInListOrder) {
   EXPECT_TRUE(AllReachable(links));
 }
 
-TEST(Navigation, GridValuesWinOverWhereTheButtonsAre) {
-  // Button 1 is drawn below button 0, but its values put it to the right of it in row 1.
-  const std::vector<NavButton> page = {At(100, 100, GridPlace{1, 1}),
-                                       At(100, 300, GridPlace{1, 2})};
-  const Table table = Of(DeriveLinks(page));
-  EXPECT_EQ(table[0][3], 1u);  // right
-  EXPECT_EQ(table[1][2], 0u);  // left
-  // No row below in the grid: down falls back to the picture, where button 1 is below.
-  EXPECT_EQ(table[0][1], 1u);
-}
-
 TEST(Navigation, WithoutGridValuesTheNearestButtonInThatDirection) {
   // A row of three and one button below the middle; the last has navigation values the others
   // lack, which cannot place it among them, so the picture decides there too. Buttons within
