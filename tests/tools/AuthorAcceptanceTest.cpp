@@ -61,6 +61,7 @@ void SaysWhatItDidAndKeepsTheXml(const TempDir& dir, const std::string& out) {
     EXPECT_NE(ReadFile(dir.File(std::string("disc/") + kept)), "<missing>") << kept;
 }
 
+// Page 1's previous button wraps round to page 2, whose next button wraps back to page 1.
 void EachNumberedButtonPlaysItsVideoAndItsEndReturnsToTheButton(DvdPlayer* player) {
   Menu menu = player->RunToMenu();
   ASSERT_EQ(PageOf(menu), 1);
@@ -80,23 +81,10 @@ void EachNumberedButtonPlaysItsVideoAndItsEndReturnsToTheButton(DvdPlayer* playe
       EXPECT_EQ(PageOf(menu), page);
       EXPECT_EQ(menu.highlight, button);
     }
-    player->Select(kPageButtons[page - 1]);  // next
+    player->Select(kPageButtons[page - 1] - (page == 1 ? 1 : 0));  // previous, then next
     player->Activate();
     menu = player->RunToMenu();
     ASSERT_EQ(PageOf(menu), page == 1 ? 2 : 1);
-  }
-}
-
-void PreviousAndNextSwitchPagesAndWrapAround(DvdPlayer* player) {
-  ASSERT_EQ(PageOf(player->RunToMenu()), 1);
-  const int expected[][3] = {// from page, button (previous or next), to page
-                             {1, 5, 2}, {2, 4, 1}, {1, 4, 2}, {2, 3, 1}};
-  for (const auto& step : expected) {
-    player->Select(step[1]);
-    player->Activate();
-    const Menu menu = player->RunToMenu();
-    EXPECT_EQ(PageOf(menu), step[2]) << "from page " << step[0] << " button " << step[1];
-    EXPECT_TRUE(player->TakeTitles().empty());
   }
 }
 
@@ -140,7 +128,6 @@ TEST(AuthoredDisc, PlaysAsAPlayerNavigatesIt) {
     viewer.Activate();
   }
   for (auto check : {EachNumberedButtonPlaysItsVideoAndItsEndReturnsToTheButton,
-                     PreviousAndNextSwitchPagesAndWrapAround,
                      ArrowKeysReachEveryButtonFromTheFirst}) {
     DvdPlayer player(dir.File("disc"));
     ASSERT_TRUE(player.ok());

