@@ -160,16 +160,6 @@ TEST(VideoFacts, ReadFromFfprobeWithRotationPixelShapeAndSound) {
   ASSERT_EQ(video.sounds.size(), 1u);
   EXPECT_EQ(video.sounds[0].rate, 48000);
   EXPECT_EQ(video.seconds, 12.5);
-
-  const std::string tagged = R"({"streams": [{"codec_type": "video", "codec_name": "mpeg4",
-    "width": 720, "height": 576, "r_frame_rate": "25/1", "sample_aspect_ratio": "16:15",
-    "display_aspect_ratio": "0:1", "field_order": "tt", "tags": {"rotate": "180"}}],
-    "format": {"format_name": "avi"}})";
-  const VideoFacts old = VideoFactsOf(tagged, "o.avi", 1000);
-  EXPECT_EQ(old.rotation, 180);
-  EXPECT_TRUE(old.interlaced);
-  EXPECT_NEAR(ShownAspect(old), 4.0 / 3, 1e-6);
-  EXPECT_TRUE(old.sounds.empty());
 }
 
 }  // namespace
