@@ -1,5 +1,5 @@
-// get and set: every kind of value round-trips, button properties follow the current layout,
-// and bad input or a read-only template leave the file as it was. (A failing write leaves the
+// get and set: every kind of value round-trips, and bad input or a read-only template leave
+// the file as it was. (A failing write leaves the
 // file whole in the library's own tests.)
 #include "ToolRunner.h"
 
@@ -63,15 +63,6 @@ TEST_F(PropertyCommand, EveryKindOfValueReadsBackAsWritten) {
   }
 }
 
-TEST_F(PropertyCommand, ButtonPropertiesFollowTheCurrentLayout) {
-  ASSERT_EQ(Run({"set", "button.title", "Intro", "--button", "1"}).status, 0);
-  ASSERT_EQ(Run({"set", "buttons.current", "2"}).status, 0);
-  EXPECT_EQ(Run({"get", "button.title", "--button", "1"}).out, "Chapter 1\n");
-  EXPECT_EQ(Run({"get", "button.title", "--button", "3"}).status, 2);  // no button 3 of 2
-  ASSERT_EQ(Run({"set", "buttons.current", "4"}).status, 0);
-  EXPECT_EQ(Run({"get", "button.title", "--button", "1"}).out, "Intro\n");
-}
-
 TEST_F(PropertyCommand, BadInputIsOneLineNamingTheFileAndChangesNothing) {
   struct Bad {
     std::vector<std::string> args;
@@ -122,28 +113,6 @@ TEST_F(PropertyCommand, ATextLongerThanWhatReadsBackWarnsAtOnce) {
                              : "")
         << property << " " << length;
   }
-}
-
-// An NTSC layout on a PAL page keeps the bottom fifth empty (check warns of it): --rescale
-// scales it to the page.
-TEST(PropertyCommandMode, SwitchingTheStandardRescalesTheLayoutWhenAsked) {
-  TempDir dir;
-  const std::string file = dir.File("menu.ini");
-  ASSERT_EQ(RunTool({"new", file, "--buttons", "4", "--nav"}).status, 0);
-  const nlohmann::json ntsc = ShowJson(file);
-  const ToolResult pal = RunTool({"set", file, "mode", "pal", "--rescale"});
-  EXPECT_EQ(pal.status, 0) << pal.err;
-  EXPECT_EQ(pal.err, "");
-  const nlohmann::json scaled = ShowJson(file);
-  EXPECT_EQ(scaled["next"]["rect"]["bottom"], 518);  // 432 * 576 / 480, on an even line
-  const auto& before = ntsc["layouts"][3]["buttons"][3];
-  const auto& after = scaled["layouts"][3]["buttons"][3];
-  EXPECT_EQ(after["rect"]["left"], before["rect"]["left"]);
-  const int top = after["rect"]["top"];
-  EXPECT_EQ(top % 2, 0);
-  EXPECT_NEAR(top, before["rect"]["top"].get<int>() * 1.2, 1);
-  EXPECT_NEAR(after["title.position"]["y"].get<int>(),
-              before["title.position"]["y"].get<int>() * 1.2, 1);
 }
 
 TEST(PropertyCommandFiles, MissingFilesAndLayoutsAreNamed) {
