@@ -46,15 +46,6 @@ TEST(RenderCommand, AFailedRenderingSaysWhy) {
   EXPECT_NE(rendered.err.find(file + ": the menu picture could not be rendered: "),
             std::string::npos) << rendered.err;
   EXPECT_NE(rendered.err.find(dir.File("missing.png")), std::string::npos) << rendered.err;
-
-  // A mask whose folder is missing: the mask library's reason names it.
-  ASSERT_EQ(RunTool({"set", file, "background", ""}).status, 0);
-  ASSERT_EQ(RunTool({"set", file, "mask", dir.File("no/such/folder/mask.bmp")}).status, 0);
-  rendered = RunTool({"render", file, "--force"});
-  EXPECT_EQ(rendered.status, 2);
-  EXPECT_NE(rendered.err.find(file + ": the mask could not be rendered: "), std::string::npos)
-      << rendered.err;
-  EXPECT_NE(rendered.err.find("no/such/folder"), std::string::npos) << rendered.err;
 }
 
 }  // namespace
