@@ -233,7 +233,6 @@ TEST_F(Resize, WritesTheSizeAskedInTheFormatOfTheExtension) {
   }
   EXPECT_EQ(CountPixels(Picture::Load(dir.File("out.bmp")), {0, 0, 20, 10}, colour), 200);
   ASSERT_NE(Run("out.png", "big.jpg", 300, 200), 0);  // enlarged too
-
   // A one-pixel checkerboard reduced fivefold is an even grey, not picked black or white.
   WritePicture(dir.File("board.png"), 50, 50,
                [](int x, int y) { return (x + y) % 2 ? kWhite : kBlack; });

@@ -1,5 +1,4 @@
 #include "tools/author/Assignment.h"
-#include "tools/author/Colours.h"
 
 #include "tools/cli/ToolError.h"
 
@@ -39,20 +38,6 @@ TEST(Assignment, TooFewOrTooManyVideosNameWhatIsLeftPageByPage) {
             "0 videos for 2 numbered buttons: no video for a.ini button at library index 1 1");
   EXPECT_EQ(ErrorOf({{"a.ini", {2}}}, {"x.mp4", "y.mp4", "z.mp4"}),
             "3 videos for 1 numbered button: left over: y.mp4 z.mp4");
-}
-
-TEST(Colours, DefaultsStandOutFromTheFramesAndFromEachOther) {
-  // The preferred cyan and yellow are taken by frames: the highlight is neither.
-  const ButtonColours chosen = ChooseColours({{0, 220, 255}, {255, 204, 0}});
-  const auto far = [](Rgb a, Rgb b) {
-    return std::abs(int(a.r) - int(b.r)) + std::abs(int(a.g) - int(b.g)) +
-               std::abs(int(a.b) - int(b.b)) > 200;
-  };
-  for (Rgb frame : {Rgb{0, 220, 255}, Rgb{255, 204, 0}}) {
-    EXPECT_TRUE(far(chosen.highlight, frame));
-    EXPECT_TRUE(far(chosen.select, frame));
-  }
-  EXPECT_TRUE(far(chosen.highlight, chosen.select));
 }
 
 }  // namespace

@@ -142,25 +142,5 @@ TEST(VideoPlan, TheLineSaysWhatBecomesOfTheVideo) {
             "d.mpg: DVD MPEG-2 NTSC 4:3, used as it is");
 }
 
-// What ffprobe says of a phone clip: upright video recorded on its side, at a variable rate.
-TEST(VideoFacts, ReadFromFfprobeWithRotationPixelShapeAndSound) {
-  const std::string phone = R"({
-    "streams": [
-      {"codec_type": "video", "codec_name": "h264", "width": 1920, "height": 1080,
-       "r_frame_rate": "90000/1", "avg_frame_rate": "30000/1001",
-       "sample_aspect_ratio": "1:1", "display_aspect_ratio": "16:9",
-       "side_data_list": [{"side_data_type": "Display Matrix", "rotation": -90}]},
-      {"codec_type": "audio", "codec_name": "aac", "sample_rate": "48000", "channels": 2},
-      {"codec_type": "data", "codec_name": "bin_data"}],
-    "format": {"format_name": "mov,mp4,m4a,3gp,3g2,mj2", "duration": "12.5"}})";
-  const VideoFacts video = VideoFactsOf(phone, "p.mp4", 1000);
-  EXPECT_EQ(video.rotation, 270);
-  EXPECT_NEAR(video.fps, 29.97, 0.01);
-  EXPECT_NEAR(ShownAspect(video), 9.0 / 16, 1e-6);
-  ASSERT_EQ(video.sounds.size(), 1u);
-  EXPECT_EQ(video.sounds[0].rate, 48000);
-  EXPECT_EQ(video.seconds, 12.5);
-}
-
 }  // namespace
 }  // namespace menutool::author
