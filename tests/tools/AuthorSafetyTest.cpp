@@ -1,6 +1,6 @@
 // author and the user's files: whatever the flags, it never removes or overwrites a file or
-// folder it did not make and never writes over an input; when stopped it ends its programs and
-// leaves nothing of the unfinished disc behind.
+// folder it did not make, never writes over an input, keeps to one run per output, and when
+// stopped it ends its programs and leaves nothing of the unfinished disc behind.
 #include "ToolRunner.h"
 #include "tools/author/DvdPlayer.h"
 
@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -131,6 +132,22 @@ TEST(AuthorSafety, ReplacesOnlyItsOwnDiscAndImageWhenAsked) {
   EXPECT_TRUE(fs::exists(dir.File("empty/VIDEO_TS/VIDEO_TS.IFO")));
   EXPECT_GT(ReadFile(dir.File("disc.iso")).size(), 100000u);
   ExpectNoLeftovers(dir);
+}
+
+TEST(AuthorSafety, OneRunPerOutput) {
+  TempDir dir;
+  MakePageAndVideo(dir);
+  // A run in progress: its staging folder beside the output, marked and locked.
+  const std::string staging = dir.File(".disc.menutemplate-abc123");
+  fs::create_directories(staging);
+  const int mark = open((staging + "/.menutemplate-disc").c_str(), O_CREAT | O_WRONLY, 0644);
+  ASSERT_EQ(flock(mark, LOCK_EX), 0);
+  const ToolResult result = Author(dir, {"--out", "disc"});
+  close(mark);
+  EXPECT_EQ(result.status, 2);
+  EXPECT_NE(result.err.find("another author run is making this disc"), std::string::npos)
+      << result.err;
+  EXPECT_TRUE(fs::exists(staging));
 }
 
 TEST(AuthorSafety, StoppingEndsTheRunAndItsProgramsAndLeavesNothing) {

@@ -1,4 +1,5 @@
 #include "tools/author/Assignment.h"
+#include "tools/author/Colours.h"
 
 #include "tools/cli/ToolError.h"
 
@@ -38,6 +39,16 @@ TEST(Assignment, TooFewOrTooManyVideosNameWhatIsLeftPageByPage) {
             "0 videos for 2 numbered buttons: no video for a.ini button at library index 1 1");
   EXPECT_EQ(ErrorOf({{"a.ini", {2}}}, {"x.mp4", "y.mp4", "z.mp4"}),
             "3 videos for 1 numbered button: left over: y.mp4 z.mp4");
+}
+
+TEST(Colours, DefaultsStandOutFromTheFramesAndFromEachOther) {
+  // The preferred cyan is taken by a frame: neither default may be it, nor both the same.
+  const Rgb cyan{0, 220, 255};
+  const ButtonColours chosen = ChooseColours({cyan});
+  const auto same = [](Rgb a, Rgb b) { return a.r == b.r && a.g == b.g && a.b == b.b; };
+  EXPECT_FALSE(same(chosen.highlight, cyan));
+  EXPECT_FALSE(same(chosen.select, cyan));
+  EXPECT_FALSE(same(chosen.highlight, chosen.select));
 }
 
 }  // namespace
