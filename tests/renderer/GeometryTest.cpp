@@ -25,13 +25,9 @@ TEST(Geometry, MenuFramesAndMaskOutlinesClippedToThePageAtExtremeCoordinates) {
        {4, 100, 716, 200}},
       // The ring fills the button; on the frame, the outline is at most half the button.
       {{100, INT_MIN, 200, INT_MAX}, INT_MAX, 100 * 480, {96, 0, 204, 480}, {100, 50, 200, 430}},
-      {{-10, -10, 30, 30}, 3, 30 * 30 - 24 * 24, {0, 0, 33, 33}, {3, 3, 30, 30}},
       // An odd-sized button: the ring is half of it rounded up, so it fills the middle line.
       {{100, 100, 131, 141}, INT_MAX, 31 * 41, {96, 96, 135, 145}, {100, 100, 131, 141}},
-      {{INT_MIN, INT_MIN, INT_MAX, INT_MAX}, 2, 720 * 480 - 716 * 476, {0, 0, 720, 480},
-       {2, 2, 718, 478}},
-      {{INT_MAX - 1, 0, INT_MAX, 10}, 4, 0, {0, 0, 0, 0}, {0, 0, 0, 0}},  // wholly off the page
-      {{0, INT_MIN, 10, INT_MIN + 1}, 4, 0, {0, 0, 0, 0}, {0, 0, 0, 0}}};
+      {{INT_MAX - 1, 0, INT_MAX, 10}, 4, 0, {0, 0, 0, 0}, {0, 0, 0, 0}}};  // wholly off the page
   for (const Case& c : cases) {
     TempDir dir;
     TestTemplate tpl(dir);

@@ -71,7 +71,6 @@ TEST(Mask, OneColourOnRingsAtLeastTwoPixelsThickAndEveryButtonItsOwnArea) {
   // Outside the rectangle, as thick as the frame but 2 to 4 pixels; no picture, no title.
   EXPECT_EQ(CountPixels(p, Grow(a, 2), mark), Ring(Grow(a, 2), 2));
   EXPECT_EQ(CountPixels(p, a, mark), 0);
-  EXPECT_EQ(CountPixels(p, Grow(b, 4), mark), Ring(Grow(b, 4), 4));
 
   const auto areas = Areas(p);
   EXPECT_EQ(areas.size(), boxes.size());  // less the one off the page, plus the previous button

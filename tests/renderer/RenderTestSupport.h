@@ -1,6 +1,5 @@
 // Helpers of the renderer tests: a template written key by key through the profile functions,
-// pictures written, and output pictures decoded to probe pixel by pixel (with the system's own
-// decoders and encoders: <system>/TestPictures.cpp).
+// pictures written, and output pictures decoded to probe pixel by pixel (TestPictures.cpp).
 #ifndef TOLVEX_TESTS_RENDERER_RENDERTESTSUPPORT_H
 #define TOLVEX_TESTS_RENDERER_RENDERTESTSUPPORT_H
 
@@ -54,12 +53,8 @@ struct Picture {
   std::vector<Rgb> pixels;
 };
 
-// Whether the system's renderer anti-aliases the arrows of the previous and next buttons: cairo
-// does; with GDI+ every shape but the text is exact to the pixel.
-extern const bool kArrowsAntiAliased;
-
-// A picture of `width` x `height` with the colour `colour(x, y)`, in the format its extension
-// names (bmp, png or jpg).
+// A picture of `width` x `height` with the colour `colour(x, y)`: a BMP file when `path` ends
+// in ".bmp", else a PNG file.
 void WritePicture(const std::string& path, int width, int height,
                   const std::function<Rgb(int x, int y)>& colour);
 inline void WriteSolidPicture(const std::string& path, int width, int height, Rgb colour) {

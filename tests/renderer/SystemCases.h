@@ -1,6 +1,6 @@
-// What the renderer's safety tests need of each system (<system>/SystemCases.cpp): a call run
-// where a hang or a crash cannot stop the suite, files that are not regular files, and another
-// name of one file.
+// What the renderer tests need of each system (<system>/SystemCases.cpp): how arrows are drawn,
+// a call run where a hang or a crash cannot stop the suite, files that are not regular files,
+// and another name of one file.
 #ifndef TOLVEX_TESTS_RENDERER_SYSTEMCASES_H
 #define TOLVEX_TESTS_RENDERER_SYSTEMCASES_H
 
@@ -11,6 +11,10 @@
 #include "support/TempDir.h"
 
 namespace tolvex::test {
+
+// Whether the system's renderer anti-aliases the arrows of the previous and next buttons: cairo
+// does; with GDI+ every shape but the text is exact to the pixel.
+extern const bool kArrowsAntiAliased;
 
 // Whether RunIsolated runs its call in a child process, whose peak memory it measures and
 // whose file sizes it can limit: a forked child on POSIX; on Windows, this process.

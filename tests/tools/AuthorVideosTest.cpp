@@ -1,8 +1,7 @@
 // author, end to end, with the kinds of video people have (other frame rates, sizes and
 // codecs, 16:9 DVD files, 5.1 and missing sound, a phone clip recorded on its side, names with
 // spaces): what the tool says it does with each, and the disc played through libdvdnav, every
-// button playing its own title in the aspect it should have. The PAL disc, of one page, is also
-// checked for its highlights.
+// button playing its own title in the aspect it should have, and the page's highlights.
 #include "ToolRunner.h"
 #include "tools/author/DvdPlayer.h"
 
@@ -28,13 +27,13 @@ std::string Make(const Clip& clip) {
   return "ffmpeg -v error -y " + clip.make + " '" + clip.name + "'";
 }
 
-// The clips on one page of `clips.size()` numbered buttons, authored into `dir`/disc with
+// The clips on one PAL page of `clips.size()` numbered buttons, authored into `dir`/disc with
 // `extra` options; returns what the tool said.
-ToolResult AuthorClips(const TempDir& dir, const std::vector<Clip>& clips, bool pal,
+ToolResult AuthorClips(const TempDir& dir, const std::vector<Clip>& clips,
                        const std::vector<std::string>& extra) {
-  std::vector<std::string> page = {"new", "page.ini", "--buttons", std::to_string(clips.size())};
-  if (pal) page.push_back("--pal");
-  EXPECT_EQ(RunTool(page, dir.path()).status, 0);
+  EXPECT_EQ(RunTool({"new", "page.ini", "--pal", "--buttons", std::to_string(clips.size())},
+                    dir.path())
+                .status, 0);
   std::vector<std::string> args = {"author", "page.ini", "--out", "disc", "--video"};
   for (const Clip& clip : clips) {
     EXPECT_TRUE(Shell(dir.path(), Make(clip))) << clip.name;
@@ -99,61 +98,41 @@ void SaysWhatItDidWithEachAndDvdauthorKeptEveryAspect(const TempDir& dir, const 
   EXPECT_EQ(log.find("WARN"), std::string::npos) << log;
 }
 
-TEST(AuthoredVideos, NtscDiscOfMixedClipsPlaysEachInItsAspect) {
+// A PAL disc of 4:3 and 16:9 titles: NTSC rates become 25 fps, a portrait clip is pillarboxed,
+// and a PAL DVD file with sound at 44.1 kHz keeps its picture.
+TEST(AuthoredVideos, PalDiscOfMixedClipsPlaysEachInItsAspect) {
   const std::vector<Clip> clips = {
       {"a25.mp4",
        "-f lavfi -i testsrc=r=25:d=1:s=320x240 -f lavfi -i sine=d=1 -c:v mpeg4 -c:a aac", 1.0, 0,
-       "a25.mp4: 320x240 25 fps MPEG-4, AAC mono 44.1 kHz → NTSC 4:3, 29.97 fps, AC-3 mono"},
-      {"b30.mp4", "-f lavfi -i testsrc=r=30:d=1.5:s=160x120", 1.5, 0,
-       "b30.mp4: 160x120 30 fps H.264, no sound → NTSC 4:3, 29.97 fps, silent AC-3 stereo"},
+       "a25.mp4: 320x240 25 fps MPEG-4, AAC mono 44.1 kHz → PAL 4:3, 25 fps, AC-3 mono"},
       {"wide dvd é.mpg",
-       "-f lavfi -i testsrc=r=30000/1001:d=2 -f lavfi -i sine=d=2 -target ntsc-dvd -aspect 16:9 "
-       "-ac 2",
-       2.0, 3, "wide dvd é.mpg: DVD MPEG-2 NTSC 16:9, used as it is"},
-      {"d720p.mp4",
-       "-f lavfi -i testsrc=r=24:d=2.5:s=1280x720 -f lavfi -i sine=d=2.5 -ac 6 -c:a aac", 2.5, 3,
-       "d720p.mp4: 1280x720 24 fps H.264, AAC 5.1 44.1 kHz → NTSC 16:9, 29.97 fps, AC-3 5.1"},
-  };
-  TempDir dir;
-  const ToolResult run = AuthorClips(dir, clips, /*pal=*/false, {});
-  SaysWhatItDidWithEachAndDvdauthorKeptEveryAspect(dir, run, clips);
-  EachButtonPlaysItsClipInItsAspect(dir.File("disc"), clips);
-  TheMenuKeyDuringATitleLeadsBackToThePage(dir.File("disc"), 3);
-}
-
-// On a disc of 4:3 titles (--aspect 4:3) a 16:9 DVD file is letterboxed and a portrait clip
-// pillarboxed; NTSC rates become 25 fps; a PAL DVD file with sound at 44.1 kHz keeps its picture.
-TEST(AuthoredVideos, PalDiscOfFourThreeTitlesFitsEveryShape) {
-  const std::vector<Clip> clips = {
-      {"e2997.mp4", "-f lavfi -i testsrc=r=30000/1001:d=1:s=160x120 -f lavfi -i sine=d=1", 1.0,
-       0, "e2997.mp4: 160x120 29.97 fps H.264, AAC mono 44.1 kHz → PAL 4:3, 25 fps, AC-3 mono"},
-      {"f.mpg",
        "-f lavfi -i testsrc=r=30000/1001:d=1.5 -f lavfi -i sine=d=1.5 -target ntsc-dvd "
        "-aspect 16:9 -ac 2",
-       1.5, 0,
-       "f.mpg: 720x480 29.97 fps MPEG-2, AC-3 stereo → PAL 4:3 letterboxed, 25 fps, AC-3 "
-       "stereo"},
+       1.5, 3,
+       "wide dvd é.mpg: 720x480 29.97 fps MPEG-2, AC-3 stereo → PAL 16:9, 25 fps, AC-3 stereo"},
+      {"d720p.mp4",
+       "-f lavfi -i testsrc=r=24:d=2:s=1280x720 -f lavfi -i sine=d=2 -ac 6 -c:a aac", 2.0, 3,
+       "d720p.mp4: 1280x720 24 fps H.264, AAC 5.1 44.1 kHz → PAL 16:9, 25 fps, AC-3 5.1"},
       {"g.mp4",
-       "-f lavfi -i testsrc=r=30:d=2:s=160x90 upright.mp4 && ffmpeg -v error -i upright.mp4 "
+       "-f lavfi -i testsrc=r=30:d=2.5:s=160x90 upright.mp4 && ffmpeg -v error -i upright.mp4 "
        "-c copy -metadata:s:v:0 rotate=90",
-       2.0, 0,
+       2.5, 0,
        "g.mp4: 160x90 turned 90° 30 fps H.264, no sound → PAL 4:3 pillarboxed, 25 fps, silent "
        "AC-3 stereo"},
       {"h.mpg",
-       "-f lavfi -i testsrc=r=25:d=2.5 -f lavfi -i sine=d=2.5 -target pal-dvd -ar 44100 -ac 2",
-       2.5, 0,
-       "h.mpg: DVD MPEG-2 PAL 4:3, AC-3 stereo 44.1 kHz → picture used as it is, AC-3 stereo"},
+       "-f lavfi -i testsrc=r=25:d=3 -f lavfi -i sine=d=3 -target pal-dvd -ar 44100 -ac 2", 3.0,
+       0, "h.mpg: DVD MPEG-2 PAL 4:3, AC-3 stereo 44.1 kHz → picture used as it is, AC-3 stereo"},
   };
   TempDir dir;
-  const ToolResult run = AuthorClips(dir, clips, /*pal=*/true,
-                                     {"--aspect", "4:3", "--highlight", "255", "220", "0",
-                                      "--select", "0", "200", "255"});
+  const ToolResult run =
+      AuthorClips(dir, clips, {"--highlight", "255", "220", "0", "--select", "0", "200", "255"});
   SaysWhatItDidWithEachAndDvdauthorKeptEveryAspect(dir, run, clips);
   DvdPlayer player(dir.File("disc"));
   ASSERT_TRUE(player.ok());
-  ASSERT_EQ(player.RunToMenu().buttons, 4) << "one page: no previous or next";
+  ASSERT_EQ(player.RunToMenu().buttons, 5) << "one page: no previous or next";
   ExpectHighlights(player, dir.File("disc/menus/page1-mask.bmp"), {255, 220, 0}, {0, 200, 255});
   EachButtonPlaysItsClipInItsAspect(dir.File("disc"), clips);
+  TheMenuKeyDuringATitleLeadsBackToThePage(dir.File("disc"), 2);
 }
 
 }  // namespace

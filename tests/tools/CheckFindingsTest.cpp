@@ -2,8 +2,9 @@
 // tried on a page spoiled in every way a DVD maker meets: what the renderer draws wrongly
 // (titles cut off or over a neighbour, measured as the renderer lays them out), what a
 // television shows badly (outside the title-safe area, odd lines, thin frames), and files that
-// cannot be used (a FIFO that must not be opened, empty, truncated, corrupt, oversized, a
-// folder, an output folder that is missing). render refuses such a page unless forced.
+// cannot be used (a FIFO that must not be opened, an empty picture, a folder, an output folder
+// that is missing; the renderer's tests try the ways a picture can be spoiled). render refuses
+// such a page unless forced.
 // Templates are untrusted: outputs outside the template's folder are pointed out, names are
 // echoed escaped, and a huge page gives a short report or is refused unread.
 #include "ToolRunner.h"
@@ -37,12 +38,6 @@ std::string Title(int index, const std::string& text, int x, int y) {
          "=20\n";
 }
 
-// A PNG header that claims 9000 x 9000 pixels and holds none (the checksum is not looked at
-// before the size).
-std::string HugePng() {
-  return PngHeader(9000, 9000) + std::string("\x08\x02\0\0\0\0\0\0\0", 9);
-}
-
 // check prints each problem on one line with its severity; the exit status is the worst one.
 // Buttons are named by their tool number (library index - 1); others by their library index.
 TEST(CheckCommand, ReportsErrorsAndWarningsOneLineEach) {
@@ -73,15 +68,7 @@ TEST(CheckCommand, ReportsErrorsAndWarningsOneLineEach) {
         "reads as missing",
         "warning: layout 1, library index 0: the tool numbers buttons from library index 2 (an "
         "earlier menutemplate or another program wrote this one); the navigation values of "
-        "index 0 and 1 do not read back"}},
-      {"[Background]\nNTSC=TRUE\nMaximumNumberOfButton=2\nCurrentNumberOfButton=2\n"
-       "AddPrevButton=TRUE\nAddNextButton=FALSE\n[NumOfButton1]\n" + Button(2, 100, 100, 140, 140),
-       {"2", "error: layout 2: no buttons in the layout in use",
-        "error: previous button: shown on the page but has no rectangle"}},
-      {"[Background]\nNTSC=TRUE\nMaximumNumberOfButton=1\nCurrentNumberOfButton=1\n"
-       "AddPrevButton=FALSE\nAddNextButton=FALSE\n[NumOfButton1]\n" + Button(2, 100, 100, 140, 141),
-       {"1", "warning: layout 1, button 1: top 100 and bottom 141: an edge on an odd line "
-        "flickers on interlaced television; use even lines"}}};
+        "index 0 and 1 do not read back"}}};
   for (const auto& [text, expected] : cases) {
     WriteFile(file, text);
     const ToolResult checked = RunTool({"check", file});
@@ -94,27 +81,13 @@ TEST(CheckCommand, ReportsErrorsAndWarningsOneLineEach) {
   }
 }
 
-// A JPEG of `width` x `height` made by the tool, its start-of-frame patched to claim the size
-// `claimed` (0: as made).
-std::string Jpeg(const TempDir& dir, int width, int height, int claimed = 0) {
-  const std::string path = dir.File("made.jpg");
-  EXPECT_EQ(RunTool({"resize", ExamplePicture("background.png"), path, std::to_string(width),
-                     std::to_string(height)})
-                .status, 0);
-  std::string jpeg = ReadFile(path);
-  const std::size_t frame = jpeg.find("\xff\xc0");
-  if (claimed && frame != std::string::npos)
-    for (std::size_t at : {frame + 5, frame + 7}) jpeg[at] = char(claimed >> 8), jpeg[at + 1] = char(claimed);
-  return jpeg;
-}
-
 const char kSpoiled[] =
     "[Background]\nNTSC=FALSE\nMaximumNumberOfButton=3\nCurrentNumberOfButton=3\n"
     "BackgroundBmp=fifo.png\nBackgroundMusic=folder\nOutputBmp=nofolder/menu.bmp\n"
     "BackgroundTitle=A title far too long for the page\nBackgroundTitlePosition_x=400\n"
     "BackgroundTitlePosition_y=60\nBackgroundTitleFont_Size=40\n"
     "BackgroundTitleFont_Name=\x1b[2J\x1b]0;x\x07\nBackgroundTitleFont_R=300\n"
-    "BackgroundTitleFont_G=0\nBackgroundTitleFont_B=0\nAddPrevButton=FALSE\nAddNextButton=FALSE\n";
+    "BackgroundTitleFont_G=0\nBackgroundTitleFont_B=0\nAddPrevButton=TRUE\nAddNextButton=FALSE\n";
 
 TEST(CheckFindings, ASpoiledPageIsReportedOneLineAFindingAndRenderRefusesIt) {
   TempDir dir;
@@ -123,24 +96,14 @@ TEST(CheckFindings, ASpoiledPageIsReportedOneLineAFindingAndRenderRefusesIt) {
   const std::unique_ptr<IdleFifo> fifo(fifos ? new IdleFifo(dir.File("fifo.png")) : nullptr);
   ASSERT_TRUE(std::filesystem::create_directory(dir.File("folder")));
   WriteFile(dir.File("empty.png"), "");
-  WriteFile(dir.File("huge.png"), HugePng());
-  WriteFile(dir.File("garbage.png"), "this is not a picture\n");
-  WriteFile(dir.File("trunc.png"), ReadFile(ExamplePicture("button.png")).substr(0, 300));
-  const std::string whole = Jpeg(dir, 720, 480);
-  ASSERT_GT(whole.size(), 4000u);
-  WriteFile(dir.File("cut.jpg"), whole.substr(0, whole.size() / 3));
-  WriteFile(dir.File("claims.jpg"), Jpeg(dir, 64, 64, 5000));
   TempDir elsewhere;
   const std::string file = dir.File("menu.ini"), mask = elsewhere.File("mask.bmp");
   WriteFile(file, std::string(kSpoiled) + "OutMask=" + mask + "\n[NumOfButton3]\n" +
                       Button(2, 40, 100, 200, 190) + "ButtonFrameThickness2=1\n" +
-                      "ButtonBmp2=cut.jpg\nButtonFrameBmp2=claims.jpg\n" +
                       Title(2, "Chapter one", 230, 300) +
                       Button(3, 280, 100, 440, 190) + "ButtonFrameThickness3=40\n" +
-                      "ButtonBmp3=empty.png\nButtonFrameBmp3=huge.png\n" +
-                      Title(3, "The second chapter title", 300, 300) +
-                      Button(4, 480, 301, 640, 391) + "ButtonFrameThickness4=4\n" +
-                      "ButtonBmp4=trunc.png\nButtonFrameBmp4=garbage.png\n");
+                      "ButtonBmp3=empty.png\n" + Title(3, "The second chapter title", 300, 300) +
+                      Button(4, 480, 300, 640, 391) + "ButtonFrameThickness4=4\n");
 
   const ToolResult checked = RunTool({"check", file});
   EXPECT_EQ(checked.status, 2);
@@ -153,21 +116,15 @@ TEST(CheckFindings, ASpoiledPageIsReportedOneLineAFindingAndRenderRefusesIt) {
       "warning: title.font.rgb: red 300 above 255, drawn as 255",
       "warning: title: font '\\e[2J\\e]0;x\\x07' is not installed;",  // escaped
       "error: title: cut off at the right edge",
+      "error: previous button: shown on the page but has no rectangle",
       "warning: layout 1: no buttons",
       "warning: layout 2: no buttons",
       "warning: layout 3, button 1: rectangle 40 100 200 190 lies outside the title-safe area "
       "72 57 648 519",
       "warning: layout 3, button 1, frame.size: 1 px: a frame thinner than 2 lines flickers",
-      "error: layout 3, button 1, picture: 'cut.jpg' is truncated: it ends before its "
-      "end-of-image marker",
-      "error: layout 3, button 1, frame.picture: 'claims.jpg' holds far too little data for the "
-      "5000 x 5000 pixels its header claims",
-      "error: layout 3, button 2, frame.picture: 'huge.png' claims 9000x9000 pixels",
       "error: layout 3, button 2, picture: 'empty.png' is empty",
       "warning: layout 3, button 2, frame.size: 40 px leaves 80x10 of the 160x90 button",
-      "error: layout 3, button 3, frame.picture: 'garbage.png' cannot be used: not a PNG, JPEG or BMP picture",
-      "error: layout 3, button 3, picture: 'trunc.png' is truncated or corrupt",
-      "warning: layout 3, button 3: top 301 and bottom 391: an edge on an odd line",
+      "warning: layout 3, button 3: top 300 and bottom 391: an edge on an odd line flickers",
       "error: layout 3, button 1, title: runs over the title of button 2",
       "error: layout 3, button 2, title: runs over the button 3",
       "warning: mode: the buttons end at line 391 of 576: the layout looks sized for NTSC"};
@@ -187,7 +144,7 @@ TEST(CheckFindings, ASpoiledPageIsReportedOneLineAFindingAndRenderRefusesIt) {
   const ToolResult rendered = RunTool({"render", file});
   EXPECT_EQ(rendered.status, 2);
   EXPECT_NE(rendered.out.find("error: title: cut off"), std::string::npos) << rendered.out;
-  EXPECT_NE(rendered.err.find(file + ": 12 errors found by check; not rendered (--force renders all "
+  EXPECT_NE(rendered.err.find(file + ": 8 errors found by check; not rendered (--force renders all "
                               "the same)"),
             std::string::npos)
       << rendered.err;
@@ -204,7 +161,7 @@ TEST(CheckFindings, AHugePageGetsAShortReportAndAnOversizedOneIsRefusedUnread) {
   for (int i = 2; i <= 1001; ++i)
     page += Button(i, 100, 100, 200, 200) + Title(i, "Chapter", 100, 210);
   WriteFile(file, page);
-  const ToolResult checked = RunTool({"check", file}, "", 0, 120);
+  const ToolResult checked = RunTool({"check", file}, "", 120);
   EXPECT_EQ(checked.status, 2);
   EXPECT_LT(std::count(checked.out.begin(), checked.out.end(), '\n'), 200);
   EXPECT_NE(checked.out.find("error: layout 1000, button 2: overlaps the button 1\n"),
@@ -218,7 +175,7 @@ TEST(CheckFindings, AHugePageGetsAShortReportAndAnOversizedOneIsRefusedUnread) {
   // Larger than the renderer reads: refused by check and by render's check before parsing.
   WriteFile(file, page + std::string(17 << 20, ';'));
   for (const char* command : {"check", "render"}) {
-    const ToolResult refused = RunTool({command, file}, "", 0, 120);
+    const ToolResult refused = RunTool({command, file}, "", 120);
     EXPECT_EQ(refused.status, 2) << command;
     EXPECT_NE(refused.err.find("is 17 MB, more than the 16 MB a template may have for the "
                                "renderer; not checked"),

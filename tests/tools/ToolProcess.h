@@ -10,12 +10,10 @@
 
 namespace tolvex::test {
 
-// What RunTool and RunToolAndSignal promise (ToolRunner.h), with the output captured in the
-// files `out` and `err`; `stopSignal` 0 sends none. Returns the exit status, or -1 when the
-// tool did not exit normally.
+// What RunTool promises (ToolRunner.h), with the output captured in the files `out` and `err`.
+// Returns the exit status, or -1 when the tool did not exit normally.
 int RunToolProcess(const std::vector<std::string>& args, const std::string& cwd,
-                   const std::string& out, const std::string& err, unsigned long fileSizeLimit,
-                   unsigned timeLimit, const std::string& waitFor, int stopSignal);
+                   const std::string& out, const std::string& err, unsigned timeLimit);
 
 }  // namespace tolvex::test
 

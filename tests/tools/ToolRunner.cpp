@@ -10,31 +10,15 @@
 
 namespace tolvex::test {
 
-namespace {
-
-ToolResult Run(const std::vector<std::string>& args, const std::string& cwd,
-               unsigned long fileSizeLimit, unsigned timeLimit, const std::string& waitFor,
-               int stopSignal) {
+ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd,
+                   unsigned timeLimit) {
   TempDir capture;
   const std::string out = capture.File("out"), err = capture.File("err");
   ToolResult result;
-  result.status =
-      RunToolProcess(args, cwd, out, err, fileSizeLimit, timeLimit, waitFor, stopSignal);
+  result.status = RunToolProcess(args, cwd, out, err, timeLimit);
   result.out = ReadFile(out);
   result.err = ReadFile(err);
   return result;
-}
-
-}  // namespace
-
-ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd,
-                   unsigned long fileSizeLimit, unsigned timeLimit) {
-  return Run(args, cwd, fileSizeLimit, timeLimit, "", 0);
-}
-
-ToolResult RunToolAndSignal(const std::vector<std::string>& args, const std::string& cwd,
-                            const std::string& waitFor, int signal) {
-  return Run(args, cwd, 0, 0, waitFor, signal);
 }
 
 bool Shell(const std::string& folder, const std::string& command) {

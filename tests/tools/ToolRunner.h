@@ -16,15 +16,9 @@ struct ToolResult {
 };
 
 // Runs menutemplate with `args` in the folder `cwd` (the test's own when empty). With a
-// `fileSizeLimit`, every file write of the tool beyond that many bytes fails (EFBIG); with a
 // `timeLimit`, a tool still running after that many seconds is killed (status -1).
 ToolResult RunTool(const std::vector<std::string>& args, const std::string& cwd = "",
-                   unsigned long fileSizeLimit = 0, unsigned timeLimit = 0);
-
-// Runs menutemplate as RunTool does and sends it `signal` once its standard output holds
-// `waitFor`.
-ToolResult RunToolAndSignal(const std::vector<std::string>& args, const std::string& cwd,
-                            const std::string& waitFor, int signal);
+                   unsigned timeLimit = 0);
 
 // `show --json` of `file`, parsed; fails the test when the tool fails.
 nlohmann::json ShowJson(const std::string& file);

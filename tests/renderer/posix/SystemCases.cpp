@@ -12,6 +12,7 @@
 
 namespace tolvex::test {
 
+const bool kArrowsAntiAliased = true;
 const bool kChildProcesses = true;
 
 Isolated RunIsolated(const std::function<std::string()>& call, long fileSizeLimit) {

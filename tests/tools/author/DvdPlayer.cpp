@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <sstream>
 #include <vector>
 
 #include "support/MarkedAreas.h"
@@ -106,11 +107,8 @@ std::optional<DrawnHighlight> DvdPlayer::Highlight(int button, bool activated) {
   if (!Pci() || dvdnav_get_highlight_area(Pci(), button, activated ? 1 : 0, &area) !=
                     DVDNAV_STATUS_OK)
     return std::nullopt;
-  DrawnHighlight drawn;
-  drawn.left = static_cast<int>(area.sx);
-  drawn.top = static_cast<int>(area.sy);
-  drawn.right = static_cast<int>(area.ex);
-  drawn.bottom = static_cast<int>(area.ey);
+  DrawnHighlight drawn{static_cast<int>(area.sx), static_cast<int>(area.sy),
+                       static_cast<int>(area.ex), static_cast<int>(area.ey), {}, {}};
   // The upper 16 bits hold four palette indexes, the lower 16 four contrasts, pixel kinds
   // 3 (emphasis 2), 2 (emphasis 1), 1 (pattern), 0 (background) from the top nibble down.
   for (int kind = 0; kind < 4; ++kind) {
@@ -141,13 +139,13 @@ std::vector<MarkedArea> MaskPieces(const std::string& file) {
 }
 
 std::string Describe(const DrawnHighlight& h) {
-  std::string text = "area " + std::to_string(h.left) + "," + std::to_string(h.top) + " - " +
-                     std::to_string(h.right) + "," + std::to_string(h.bottom) + ", kinds:";
+  std::ostringstream text;
+  text << "area " << h.left << "," << h.top << " - " << h.right << "," << h.bottom << ", kinds:";
   for (int k = 0; k < 4; ++k) {
-    text += " (" + std::to_string(h.colour[k].r) + " " + std::to_string(h.colour[k].g) + " " +
-            std::to_string(h.colour[k].b) + " contrast " + std::to_string(h.contrast[k]) + ")";
+    text << " (" << h.colour[k].r << " " << h.colour[k].g << " " << h.colour[k].b
+         << " contrast " << h.contrast[k] << ")";
   }
-  return text;
+  return text.str();
 }
 
 // Some pixels of the button's subpicture show, and all that show are in `colour`.

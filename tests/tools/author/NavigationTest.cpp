@@ -33,53 +33,6 @@ TEST(Navigation, GridValuesLinkRowsAndColumnsAndLeftRightWrapInListOrder) {
   EXPECT_TRUE(AllReachable(links));
 }
 
-TEST(Navigation, GridValuesWinOverWhereTheButtonsAre) {
-  // Button 1 is drawn below button 0, but its values put it to the right of it in row 1.
-  const std::vector<NavButton> page = {At(100, 100, GridPlace{1, 1}),
-                                       At(100, 300, GridPlace{1, 2})};
-  const Table table = Of(DeriveLinks(page));
-  EXPECT_EQ(table[0][3], 1u);  // right
-  EXPECT_EQ(table[1][2], 0u);  // left
-  // No row below in the grid: down falls back to the picture, where button 1 is below.
-  EXPECT_EQ(table[0][1], 1u);
-}
-
-TEST(Navigation, WithoutGridValuesTheNearestButtonInThatDirection) {
-  // A row of three and one button below the middle; the last has navigation values the others
-  // lack, which cannot place it among them, so the picture decides there too. Buttons within
-  // 45 degrees of a direction count as lying in it: the right one's down is the bottom one.
-  const std::vector<NavButton> page = {At(0, 100), At(200, 100), At(400, 100),
-                                       At(210, 300, GridPlace{9, 9})};
-  EXPECT_EQ(Of(DeriveLinks(page)), (Table{{0, 0, 3, 1},
-                                          {1, 3, 0, 2},
-                                          {2, 3, 1, 3},
-                                          {1, 3, 0, 0}}));
-}
-
-TEST(Navigation, AButtonWithoutValuesTakesItsPlaceFromTheButtonsAroundIt) {
-  // Two wide buttons over previous and next; the first button has no values of its own. It is
-  // level with (1,2) and left of it, so it is (1,1), and the previous button (2,1) goes up to
-  // it, not to (1,2), the only other button of row 1.
-  const std::vector<NavButton> page = {{{72, 148, 351, 306}, std::nullopt},
-                                       {{368, 148, 647, 306}, GridPlace{1, 2}},
-                                       {{72, 392, 168, 432}, GridPlace{2, 1}},
-                                       {{552, 392, 648, 432}, GridPlace{2, 2}}};
-  EXPECT_EQ(Of(DeriveLinks(page)), (Table{{0, 2, 3, 1},
-                                          {1, 3, 0, 2},
-                                          {0, 2, 1, 3},
-                                          {1, 3, 2, 0}}));
-  // Above the previous button instead, it takes that button's column, and (1,2) its row.
-  std::vector<NavButton> above = page;
-  above[0].rect = {80, 148, 160, 306};
-  EXPECT_EQ(DeriveLinks(above)[2].up, 0u);
-}
-
-TEST(Navigation, StraightAheadBeatsNearerButDiagonallyOff) {
-  // From button 0, button 1 is nearer but off to the side; button 2 is straight below.
-  const std::vector<NavButton> page = {At(200, 0), At(300, 120), At(200, 250)};
-  EXPECT_EQ(DeriveLinks(page)[0].down, 2u);
-}
-
 TEST(Navigation, LinksThatLeaveButtonsOutOfReachFallBackToListOrder) {
   // Buttons 0 and 2 share grid row 0 and point only at each other; 1 and 3 have no values.
   const std::vector<NavButton> page = {

@@ -27,28 +27,5 @@ TEST(Programs, AMissingProgramNamesTheDebianPackageThatBringsIt) {
   EXPECT_EQ(sh.substr(sh.size() - 3), "/sh");
 }
 
-TEST(Programs, RunsWithFilesAndLinesAndReportsHowItEnded) {
-  tolvex::test::TempDir dir;
-  Invocation run({"/bin/sh", "-c", "cat; echo second; echo oops >&2; echo why >&2; exit 3"});
-  run.input = dir.File("in");
-  run.folder = dir.path();
-  std::vector<std::string> lines;
-  run.onLine = [&](const std::string& line) { lines.push_back(line); };
-  tolvex::test::WriteFile(dir.File("in"), "first\nlast without newline");
-  Outcome outcome = RunProgram(run);
-  EXPECT_EQ(outcome.status, 3);
-  EXPECT_EQ(lines, (std::vector<std::string>{"first", "last without newlinesecond"}));
-  EXPECT_EQ(LastLine(outcome.errors), "why");
-
-  Invocation logged({"/bin/sh", "-c", "pwd; echo $GREETING >&2"});
-  logged.folder = dir.path();
-  logged.output = dir.File("out");
-  logged.log = dir.File("log");
-  logged.environment = {"GREETING=hello"};
-  EXPECT_EQ(RunProgram(logged).status, 0);
-  EXPECT_EQ(tolvex::test::ReadFile(dir.File("out")), dir.path() + "\n");
-  EXPECT_EQ(tolvex::test::ReadFile(dir.File("log")), "hello\n");
-}
-
 }  // namespace
 }  // namespace menutool::author
