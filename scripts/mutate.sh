@@ -39,6 +39,7 @@ getnavinfo-all-or-nothing | navbuttons/NavButtons.cpp | .ReadEach(kNavInfo, r, c
 layout-error-count-used | buttons/LayoutLookup.cpp | if (std::strcmp(count, kNoCount) == 0) return false; | | ACCESSORS
 ring-cap-odd | renderer/Page.h | (side + 1) / 2 | side / 2 | renderer_tests
 template-size-limit-raised | renderer/TemplateReader.cpp | "template", kMaxTemplateBytes, | "template", kMaxPictureBytes, | renderer_tests
+render-ignores-edit | renderer/TemplateReader.cpp | return TolvexReadProfileEdit(templatePath.c_str(), take, bytes) != FALSE; | return TolvexReadProfileEdit(templatePath.c_str(), take, bytes) && false; | renderer_tests
 output-guard-off | renderer/OutputGuard.cpp | !IsOurBmp(reinterpret_cast<const unsigned char*>(header.data()), stamp.size) | (false && !IsOurBmp(reinterpret_cast<const unsigned char*>(header.data()), stamp.size)) | renderer_tests
 arrow-points-wrong-way | renderer/MenuPainter.cpp | button.role == ButtonRole::kPrevious ? -1 : 1 | button.role == ButtonRole::kPrevious ? 1 : -1 | renderer_tests
 title-size-in-points | renderer/cairo/PangoText.cpp | pango_font_description_set_absolute_size(font, | pango_font_description_set_size(font, | renderer_tests

@@ -160,13 +160,18 @@ TEST_F(OutputSafety, AFileTheRendererCouldNotHaveMadeIsNeverReplaced) {
   EXPECT_EQ(Picture::Load(dir.File("menu.bmp")).At(0, 0), kBlue);
 }
 
-// Rendering inside an edit of the template, on the edit's thread: the outputs are written under
-// the folder lock that the edit holds, and the default names go into the edit.
-TEST_F(OutputSafety, RenderingInsideAnEditOfTheTemplateNeitherWaitsNorLosesTheNames) {
+// Rendering inside an edit of the template, on the edit's thread: the page is drawn as the edit
+// holds it, the outputs are written under the folder lock that the edit holds, and the default
+// names go into the edit.
+TEST_F(OutputSafety, RenderingInsideAnEditOfTheTemplateDrawsTheEditAndKeepsTheNames) {
+  WriteSolidPicture(dir.File("red.png"), 8, 8, kRed);
   // In a child, so that a deadlock fails the test instead of hanging it.
   const Isolated o = RunIsolated([&] {
     TolvexProfileEdit* edit = TolvexBeginProfileEdit(tpl.path());
-    const bool done = edit && CreateMenuBmp(tpl.path()) && CreateMaskMenuBmp(tpl.path()) &&
+    const bool done = edit &&
+                      WritePrivateProfileStringA("Background", "BackgroundBmp", "red.png",
+                                                 tpl.path()) &&
+                      CreateMenuBmp(tpl.path()) && CreateMaskMenuBmp(tpl.path()) &&
                       TolvexCommitProfileEdit(edit);
     TolvexEndProfileEdit(edit);
     return done ? "done" : TolvexMenuBmpLastError() + std::string(TolvexMenuMaskLastError());
@@ -177,7 +182,7 @@ TEST_F(OutputSafety, RenderingInsideAnEditOfTheTemplateNeitherWaitsNorLosesTheNa
   EXPECT_STREQ(name, "menu.bmp");
   GetPrivateProfileStringA("Background", "OutMask", "", name, sizeof name, tpl.path());
   EXPECT_STREQ(name, "menu_mask.bmp");
-  EXPECT_TRUE(Picture::Load(dir.File("menu.bmp")).width > 0);
+  EXPECT_EQ(Picture::Load(dir.File("menu.bmp")).At(0, 0), kRed);
 }
 
 }  // namespace
