@@ -4,16 +4,16 @@
 // forked child can neither commit nor release its parent's edit. It also gives the shared tests
 // their POSIX files: mode bits, doubled slashes and "." steps, a FIFO and two devices.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <tolvex/Profile.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <string>
 
-#include "platform/ChildProcess.h"
 #include "platform/LockProbe.h"
 #include "platform/SystemFiles.h"
 #include "support/Environment.h"
@@ -32,6 +32,17 @@ std::string Read(const char* key, const std::string& file) {
   char buffer[64];
   GetPrivateProfileStringA("s", key, "<none>", buffer, sizeof buffer, file.c_str());
   return buffer;
+}
+
+// Runs `check` in a forked child; true when it returned true there.
+bool InChild(const std::function<bool()>& check) {
+  const pid_t child = fork();
+  if (child == 0) {
+    alarm(30);
+    _exit(check() ? 0 : 1);
+  }
+  int status = 0;
+  return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 TEST(AtomicReplace, NewFilesFollowUmask) {
@@ -78,40 +89,32 @@ TEST(AtomicReplace, SymbolicLinkStaysALinkToTheChangedFile) {
 
 TEST(ProfilePath, BareNameWithoutOwnFolderFollowsXdgThenHome) {
   TempDir dir;
-  const char* own = std::getenv("TOLVEX_PROFILE_DIR");
-  const char* xdgBefore = std::getenv("XDG_CONFIG_HOME");
-  const char* homeBefore = std::getenv("HOME");
-  const std::string saved[3] = {own ? own : "", xdgBefore ? xdgBefore : "",
-                                homeBefore ? homeBefore : ""};
-  SetEnvironment("TOLVEX_PROFILE_DIR", nullptr);
-  SetEnvironment("XDG_CONFIG_HOME", dir.File("xdg").c_str());
+  ScopedEnvironment own("TOLVEX_PROFILE_DIR", nullptr);
+  ScopedEnvironment xdg("XDG_CONFIG_HOME", dir.File("xdg").c_str());
+  ScopedEnvironment home("HOME", dir.File("home").c_str());
   EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "xdg", "bare.ini"));
   EXPECT_EQ(Read("k", dir.File("xdg/tolvex/bare.ini")), "xdg");
-  // Without XDG_CONFIG_HOME, or with a relative one (which the base-directory rules ignore),
-  // the home folder's.
-  SetEnvironment("HOME", dir.File("home").c_str());
+  // A relative XDG_CONFIG_HOME, which the base-directory rules ignore, leads to the home folder.
   const std::filesystem::path cwd = std::filesystem::current_path();
   std::filesystem::current_path(dir.path());  // where a relative folder would lead
-  for (const char* xdg : {static_cast<const char*>(nullptr), "relative"}) {
-    SetEnvironment("XDG_CONFIG_HOME", xdg);
-    EXPECT_TRUE(WritePrivateProfileStringA("s", "k", xdg ? xdg : "unset", "bare.ini"));
-    EXPECT_EQ(Read("k", dir.File("home/.config/tolvex/bare.ini")), xdg ? xdg : "unset");
-  }
-  EXPECT_FALSE(FileExists(dir.File("relative")));
+  SetEnvironment("XDG_CONFIG_HOME", "relative");
+  EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "home", "bare.ini"));
   std::filesystem::current_path(cwd);
-  SetEnvironment("TOLVEX_PROFILE_DIR", own ? saved[0].c_str() : nullptr);
-  SetEnvironment("XDG_CONFIG_HOME", xdgBefore ? saved[1].c_str() : nullptr);
-  SetEnvironment("HOME", homeBefore ? saved[2].c_str() : nullptr);
+  EXPECT_EQ(Read("k", dir.File("home/.config/tolvex/bare.ini")), "home");
+  EXPECT_FALSE(FileExists(dir.File("relative")));
 }
 
+// Past RLIMIT_FSIZE, the write fails and the process lives on.
 TEST(FileSizeLimit, FailsTheWriteWithoutKillingTheProcess) {
   TempDir dir;
   const std::string path = dir.File("t.ini"), original = "; keep\r\n[s]\r\nk=1\r\n\r\n";
   WriteFile(path, original);
-  Child child = SpawnChild("filesize", {path, std::to_string(original.size() + 64), "4096"});
-  ChildEnd end = WaitChild(child);
-  ASSERT_TRUE(end.exited) << "killed";
-  EXPECT_EQ(end.code, 0);
+  EXPECT_TRUE(InChild([&] {
+    struct rlimit limit;
+    limit.rlim_cur = limit.rlim_max = original.size() + 64;
+    return setrlimit(RLIMIT_FSIZE, &limit) == 0 &&
+           !WritePrivateProfileStringA("s", "big", std::string(4096, 'x').c_str(), path.c_str());
+  }));
   EXPECT_EQ(ReadFile(path), original);
 }
 
@@ -122,16 +125,11 @@ TEST(ForkedChild, NeitherCommitsNorReleasesItsParentsOpenChanges) {
   TolvexProfileEdit* edit = TolvexBeginProfileEdit(path.c_str());
   ASSERT_NE(edit, nullptr);
   ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "parent", path.c_str()));
-  const pid_t child = fork();
-  if (child == 0) {
-    alarm(30);
+  EXPECT_TRUE(InChild([&] {
     const bool refused = !TolvexCommitProfileEdit(edit);
     TolvexEndProfileEdit(edit);
-    _exit(refused && ReadFile(path) == old ? 0 : 1);
-  }
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    return refused && ReadFile(path) == old;
+  }));
   EXPECT_FALSE(FolderLockIsFree(path));
   EXPECT_TRUE(TolvexCommitProfileEdit(edit));
   TolvexEndProfileEdit(edit);
