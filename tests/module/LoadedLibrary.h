@@ -12,12 +12,8 @@ namespace tolvex::test {
 void* LoadLibraryFile(const std::string& path, std::string* error);
 // The address `name` has in `library`, or nullptr when the library does not export it.
 void* FindSymbol(void* library, const char* name);
-// Whether `address` lies in `library`, loaded from `path`.
-bool AddressInLibrary(const void* address, void* library, const std::string& path);
 // Unloads `library`; false when the system refuses.
 bool UnloadLibrary(void* library);
-// Whether the library file `path` is loaded in this process.
-bool IsLibraryLoaded(const std::string& path);
 
 }  // namespace tolvex::test
 
