@@ -1,8 +1,7 @@
-// The looks at a path before it is used (os::LookAt and the checks beside it) and private
-// temporary folders, on what every system has: files, folders and nothing.
+// The looks at a path before it is used (os::LookAt and the checks beside it), on what every
+// system has: files, folders and nothing.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 
 #include "platform/Os.h"
@@ -41,20 +40,6 @@ TEST(PathInfo, TellsWhatAPathNamesAndWhetherItMayBeReadOrWritten) {
   EXPECT_EQ(os::CheckReadable(missing).code(), StatusCode::kNotFound);
   EXPECT_FALSE(os::CheckFolderWritable(missing).ok());
   EXPECT_FALSE(os::CheckFolderWritable(file).ok());
-}
-
-TEST(PathInfo, PrivateFoldersAreNewAndEmpty) {
-  std::string first, second;
-  ASSERT_TRUE(os::MakePrivateFolder("tolvex-private.", &first).ok());
-  ASSERT_TRUE(os::MakePrivateFolder("tolvex-private.", &second).ok());
-  EXPECT_NE(first, second);
-  for (const std::string& folder : {first, second}) {
-    EXPECT_TRUE(std::filesystem::is_directory(folder)) << folder;
-    EXPECT_TRUE(std::filesystem::is_empty(folder)) << folder;
-    EXPECT_EQ(std::filesystem::path(folder).filename().string().rfind("tolvex-private.", 0), 0u)
-        << folder;
-    std::filesystem::remove(folder);
-  }
 }
 
 }  // namespace
