@@ -118,18 +118,6 @@ TEST_F(ProfileCache, AWriteKeepsWhatAnotherProgramChangedInPlace) {
   EXPECT_EQ(ReadK(), "cccc");
 }
 
-// A file removed and made again by writes: the writes after the first build on the new file,
-// not on the form of the one that was removed.
-TEST_F(ProfileCache, WritesToAFileMadeAgainStartFromTheNewFile) {
-  EXPECT_EQ(ReadK(), "aaaa");
-  ASSERT_TRUE(WritePrivateProfileStringA("s", "j", "1", m_path.c_str()));
-  ASSERT_EQ(std::remove(m_path.c_str()), 0);
-  ASSERT_TRUE(WritePrivateProfileStringA("t", "a", "1", m_path.c_str()));
-  ASSERT_TRUE(WritePrivateProfileStringA("t", "b", "2", m_path.c_str()));
-  EXPECT_EQ(ReadFile(m_path), "[t]\r\na=1\r\nb=2\r\n");
-  EXPECT_EQ(ReadK(), "<none>");
-}
-
 TEST(HostileFiles, FileOverTheSizeLimitFailsCleanly) {
   TempDir dir;
   const std::string huge = dir.File("huge.ini"), copy = dir.File("copy.ini");

@@ -2,7 +2,7 @@
 // file it replaces and leaves symbolic links in place; a bare name without $TOLVEX_PROFILE_DIR
 // follows the XDG rules; a file-size rlimit fails the write instead of killing the process; a
 // forked child can neither commit nor release its parent's edit. It also gives the shared tests
-// their POSIX files: mode bits, doubled slashes and "." steps, a FIFO and two devices.
+// their POSIX files: mode bits, a FIFO and two devices.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -14,7 +14,6 @@
 #include <functional>
 #include <string>
 
-#include "platform/LockProbe.h"
 #include "platform/SystemFiles.h"
 #include "support/Environment.h"
 #include "support/TempDir.h"
@@ -122,7 +121,6 @@ TEST(ForkedChild, NeitherCommitsNorReleasesItsParentsOpenChanges) {
     TolvexEndProfileEdit(edit);
     return refused && ReadFile(path) == old;
   }));
-  EXPECT_FALSE(FolderLockIsFree(path));
   EXPECT_TRUE(TolvexCommitProfileEdit(edit));
   TolvexEndProfileEdit(edit);
   EXPECT_EQ(Read("k", path), "parent");
@@ -132,10 +130,6 @@ TEST(ForkedChild, NeitherCommitsNorReleasesItsParentsOpenChanges) {
 
 void MarkToKeep(const std::string& path) { EXPECT_EQ(chmod(path.c_str(), 0640), 0) << path; }
 bool StillMarked(const std::string& path) { return (StatOf(path).st_mode & 07777) == 0640; }
-
-std::vector<std::string> OtherSpellings(const std::string& folder) {
-  return {folder + "//t.ini", folder + "/./t.ini"};
-}
 
 std::vector<std::string> SpecialFiles(const std::string& folder) {
   EXPECT_EQ(mkfifo((folder + "/fifo.ini").c_str(), 0644), 0);

@@ -1,9 +1,10 @@
 // What only Windows has: a program holding the file open without delete sharing makes a write
 // fail with the file as it was; a bare name lives in the Windows folder. The POSIX tests
-// without a Windows counterpart have none here: Windows files have no mode bits, umask or carried-over owner (a replaced file takes its folder's ACL),
-// symbolic links need a privilege that Wine does not give, and there is no XDG folder, no
-// fork() and no per-process file-size limit. It also gives the shared tests their Windows
-// files: the hidden and archive attributes, other case and separators, a named pipe and NUL.
+// without a Windows counterpart have none here: Windows files have no mode bits, umask or
+// carried-over owner (a replaced file takes its folder's ACL), symbolic links need a privilege
+// that Wine does not give, and there is no XDG folder, no fork() and no per-process file-size
+// limit. It also gives the shared tests their Windows files: the hidden and archive
+// attributes, a named pipe and NUL.
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -64,10 +65,6 @@ constexpr DWORD kKept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE;
 void MarkToKeep(const std::string& path) { EXPECT_TRUE(SetFileAttributesA(path.c_str(), kKept)); }
 bool StillMarked(const std::string& path) {
   return (GetFileAttributesA(path.c_str()) & kKept) == kKept;
-}
-
-std::vector<std::string> OtherSpellings(const std::string& folder) {
-  return {folder + "\\T.INI", folder + "//t.Ini"};
 }
 
 std::vector<std::string> SpecialFiles(const std::string&) {
