@@ -102,22 +102,6 @@ TEST_F(ProfileCache, OnlyAReadWellAfterTheLastChangeIsTrusted) {
   }
 }
 
-// A write changes the cached form of the file: it must start from the file as it is, whatever
-// another program did to it in place since, right after a write of its own and long after.
-TEST_F(ProfileCache, AWriteKeepsWhatAnotherProgramChangedInPlace) {
-  EXPECT_EQ(ReadK(), "aaaa");
-  ASSERT_TRUE(WritePrivateProfileStringA("s", "j", "1", m_path.c_str()));
-  Poke("bbbb", Modified());
-  ASSERT_TRUE(WritePrivateProfileStringA("s", "j", "2", m_path.c_str()));
-  EXPECT_EQ(ReadFile(m_path), "[s]\r\nk=bbbb\r\nj=2\r\n");
-  Settle();
-  EXPECT_EQ(ReadK(), "bbbb");
-  Poke("cccc", Modified());
-  ASSERT_TRUE(WritePrivateProfileStringA("s", "j", "3", m_path.c_str()));
-  EXPECT_EQ(ReadFile(m_path), "[s]\r\nk=cccc\r\nj=3\r\n");
-  EXPECT_EQ(ReadK(), "cccc");
-}
-
 TEST(HostileFiles, FileOverTheSizeLimitFailsCleanly) {
   TempDir dir;
   const std::string huge = dir.File("huge.ini"), copy = dir.File("copy.ini");

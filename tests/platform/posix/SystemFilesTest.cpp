@@ -1,10 +1,8 @@
 // What only POSIX has: a new file follows the umask; a write leaves symbolic links in place; a
-// bare name without $TOLVEX_PROFILE_DIR follows the XDG rules; a file-size rlimit fails the
-// write instead of killing the process; a forked child can neither commit nor release its
-// parent's edit. It also gives the shared tests their POSIX files: mode bits, a FIFO and two
+// bare name without $TOLVEX_PROFILE_DIR follows the XDG rules; a forked child can neither
+// commit nor release its parent's edit. It also gives the shared tests their POSIX files: mode bits, a FIFO and two
 // devices.
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <tolvex/Profile.h>
@@ -82,20 +80,6 @@ TEST(ProfilePath, BareNameWithoutOwnFolderFollowsXdgThenHome) {
   std::filesystem::current_path(cwd);
   EXPECT_EQ(Read("k", dir.File("home/.config/tolvex/bare.ini")), "home");
   EXPECT_FALSE(FileExists(dir.File("relative")));
-}
-
-// Past RLIMIT_FSIZE, the write fails and the process lives on.
-TEST(FileSizeLimit, FailsTheWriteWithoutKillingTheProcess) {
-  TempDir dir;
-  const std::string path = dir.File("t.ini"), original = "; keep\r\n[s]\r\nk=1\r\n\r\n";
-  WriteFile(path, original);
-  EXPECT_TRUE(InChild([&] {
-    struct rlimit limit;
-    limit.rlim_cur = limit.rlim_max = original.size() + 64;
-    return setrlimit(RLIMIT_FSIZE, &limit) == 0 &&
-           !WritePrivateProfileStringA("s", "big", std::string(4096, 'x').c_str(), path.c_str());
-  }));
-  EXPECT_EQ(ReadFile(path), original);
 }
 
 TEST(ForkedChild, NeitherCommitsNorReleasesItsParentsOpenChanges) {
