@@ -58,6 +58,7 @@ reason-not-cleared | renderer/MenuBmp.cpp | ClearFailure(); | ; | renderer_tests
 set-accepts-lone-cr | tools/page/Values.cpp | std::string("\\r\\n\\0", 3) | std::string("\\n\\0", 2) | menutemplate_tool_test
 check-odd-bottom-ignored | tools/commands/CmdCheck.cpp | r.top % 2 \|\| r.bottom % 2 | r.top % 2 | menutemplate_tool_test
 apply-depth-limit-off | tools/commands/CmdApply.cpp | NestingDepth(text, kMaxDepth) > kMaxDepth | NestingDepth(text, kMaxDepth) > kMaxDepth + 1 | menutemplate_tool_test
+indexed-never-compacted | platform/IndexedIni.cpp | if (held - m_units <= m_units / 2 + 2048) return; | if (held \|\| true) return; | platform_tests
 cp1252-0x81-lost | platform/Cp1252.cpp | 0x20AC, 0x0081, | 0x20AC, 0x003F, | platform_tests
 stamp-ignores-change-time | platform/Os.h | modifiedNs == other.modifiedNs && changedNs == other.changedNs | modifiedNs == other.modifiedNs | platform_tests
 copy-overwrites-when-told-not | platform/posix/PosixFiles.cpp | if (exists && failIfExists) return | if (exists && failIfExists && false) return | platform_tests
