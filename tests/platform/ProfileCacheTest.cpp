@@ -15,6 +15,7 @@
 
 #include "platform/FaultInjection.h"
 #include "platform/Os.h"
+#include "platform/ProfileKey.h"
 #include "support/TempDir.h"
 
 namespace tolvex::test {
@@ -29,11 +30,7 @@ class ProfileCache : public ::testing::Test {
  protected:
   void SetUp() override { WriteFile(m_path, kFile); }
 
-  std::string ReadK() {
-    char buffer[32];
-    GetPrivateProfileStringA("s", "k", "<none>", buffer, sizeof buffer, m_path.c_str());
-    return buffer;
-  }
+  std::string ReadK() const { return ReadKey(m_path, "k"); }
   // Lets the file's last change fall well behind the next read, so that the read's stamp is
   // trusted and the following reads rely on it.
   static void Settle() { std::this_thread::sleep_for(std::chrono::milliseconds(80)); }

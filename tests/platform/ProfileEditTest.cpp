@@ -13,18 +13,13 @@
 
 #include "platform/ChildProcess.h"
 #include "platform/FaultInjection.h"
+#include "platform/ProfileKey.h"
 #include "support/TempDir.h"
 
 namespace tolvex::test {
 namespace {
 
 const std::string kOld = "; note\r\n[s]\r\nk=old\r\n";
-
-std::string Read(const std::string& path, const char* key, const char* section = "s") {
-  char buffer[256];
-  GetPrivateProfileStringA(section, key, "<none>", buffer, sizeof buffer, path.c_str());
-  return buffer;
-}
 
 bool Write(const std::string& path, const char* key, const char* value) {
   return WritePrivateProfileStringA("s", key, value, path.c_str()) != 0;
@@ -56,11 +51,11 @@ TEST_F(EditTest, StagedChangesStayInTheEditingThreadUntilCommit) {
   ASSERT_TRUE(edit.IsOpen());
   EXPECT_TRUE(Write(m_path, "k", "new"));
   EXPECT_TRUE(Write(m_path, "added", "1"));
-  EXPECT_EQ(Read(m_path, "k"), "new");
-  EXPECT_EQ(Read(m_path, "added"), "1");
+  EXPECT_EQ(ReadKey(m_path, "k"), "new");
+  EXPECT_EQ(ReadKey(m_path, "added"), "1");
 
   std::string otherThread;
-  std::thread([&] { otherThread = Read(m_path, "k"); }).join();
+  std::thread([&] { otherThread = ReadKey(m_path, "k"); }).join();
   EXPECT_EQ(otherThread, "old");
   EXPECT_EQ(ReadFile(m_path), kOld);
 
@@ -81,16 +76,16 @@ TEST_F(EditTest, DroppedEditLeavesFilesAsTheyWereAndAFileIsMadeOnlyWhenWritten) 
     EXPECT_TRUE(Write(m_path, "k", "new"));
     EXPECT_TRUE(WritePrivateProfileStringA("s", nullptr, nullptr, m_path.c_str()));
     EXPECT_TRUE(Write(fresh, "k", "v"));
-    EXPECT_EQ(Read(fresh, "k"), "v");
+    EXPECT_EQ(ReadKey(fresh, "k"), "v");
     // A direct write to another file of the folder does not wait for the edits.
     EXPECT_TRUE(Write(m_dir.File("direct.ini"), "k", "v"));
   }
   EXPECT_EQ(ReadFile(m_path), kOld);
   EXPECT_FALSE(FileExists(fresh));
-  EXPECT_EQ(Read(m_path, "k"), "old");
+  EXPECT_EQ(ReadKey(m_path, "k"), "old");
   {
     Edit edit(fresh);
-    EXPECT_EQ(Read(fresh, "k"), "<none>");
+    EXPECT_EQ(ReadKey(fresh, "k"), "<none>");
     EXPECT_TRUE(edit.Commit());
   }
   EXPECT_FALSE(FileExists(fresh));
@@ -133,7 +128,7 @@ TEST_F(EditTest, NestedEditJoinsTheOpenOneAndDroppingItRestoresItsStart) {
     EXPECT_TRUE(Write(m_path, "c", "3"));
     EXPECT_TRUE(Write(m_path, "a", "changed"));
   }
-  EXPECT_EQ(Read(m_path, "a") + Read(m_path, "b") + Read(m_path, "c"), "12<none>");
+  EXPECT_EQ(ReadKey(m_path, "a") + ReadKey(m_path, "b") + ReadKey(m_path, "c"), "12<none>");
   EXPECT_EQ(ReadFile(m_path), kOld);
   EXPECT_TRUE(outer.Commit());
   EXPECT_EQ(ReadFile(m_path), kOld + "a=1\r\nb=2\r\n");
@@ -161,7 +156,7 @@ TEST_F(EditTest, CrossedEditsInTwoThreadsNeverDeadlock) {
   a.join();
   b.join();
   EXPECT_EQ(opened.load(), 1);
-  EXPECT_EQ(Read(files[0], "by") + Read(files[1], "by"), "01");
+  EXPECT_EQ(ReadKey(files[0], "by") + ReadKey(files[1], "by"), "01");
 }
 
 // Writers in other processes (direct writes) and threads (each round an edit or direct
@@ -194,12 +189,12 @@ TEST(EditConcurrency, ThreadsAndProcessesEditingOneFileLoseNoKey) {
   for (int t = 0; t < kThreads; ++t)
     for (int i = 0; i < kRounds * 5; ++i) {
       std::string key = "t" + std::to_string(t) + "_" + std::to_string(i);
-      EXPECT_EQ(Read(path, key.c_str()), key);
+      EXPECT_EQ(ReadKey(path, key.c_str()), key);
     }
   for (int p = 0; p < kProcesses; ++p)
     for (int i = 0; i < 20; ++i) {
       std::string key = "p" + std::to_string(p) + "_" + std::to_string(i);
-      EXPECT_EQ(Read(path, key.c_str()), key);
+      EXPECT_EQ(ReadKey(path, key.c_str()), key);
     }
 }
 

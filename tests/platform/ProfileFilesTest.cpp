@@ -6,27 +6,22 @@
 #include <filesystem>
 #include <string>
 
+#include "platform/ProfileKey.h"
 #include "support/Environment.h"
 #include "support/TempDir.h"
 
 namespace tolvex::test {
 namespace {
 
-std::string Read(const char* app, const char* key, const char* file) {
-  char buffer[64];
-  GetPrivateProfileStringA(app, key, "missing", buffer, sizeof buffer, file);
-  return buffer;
-}
-
 TEST(ProfilePath, BareNameLivesInProfileFolderCreatedOnFirstWrite) {
   TempDir dir;
   const std::string folder = dir.File("profiles/tolvex");
   ScopedEnvironment own("TOLVEX_PROFILE_DIR", folder.c_str());
-  EXPECT_EQ(Read("s", "k", "bare.ini"), "missing");
+  EXPECT_EQ(ReadKey("bare.ini", "k"), "<none>");
   EXPECT_FALSE(FileExists(folder));
   ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "own", "bare.ini"));
   EXPECT_EQ(ReadFile(folder + "/bare.ini"), "[s]\r\nk=own\r\n");
-  EXPECT_EQ(Read("s", "k", "bare.ini"), "own");
+  EXPECT_EQ(ReadKey("bare.ini", "k"), "own");
   EXPECT_FALSE(FileExists("bare.ini"));
 }
 

@@ -12,6 +12,7 @@
 #include <functional>
 #include <string>
 
+#include "platform/ProfileKey.h"
 #include "platform/SystemFiles.h"
 #include "support/Environment.h"
 #include "support/TempDir.h"
@@ -23,12 +24,6 @@ struct stat StatOf(const std::string& path) {
   struct stat info {};
   EXPECT_EQ(lstat(path.c_str(), &info), 0) << path;
   return info;
-}
-
-std::string Read(const char* key, const std::string& file) {
-  char buffer[64];
-  GetPrivateProfileStringA("s", key, "<none>", buffer, sizeof buffer, file.c_str());
-  return buffer;
 }
 
 // Runs `check` in a forked child; true when it returned true there.
@@ -71,14 +66,14 @@ TEST(ProfilePath, BareNameWithoutOwnFolderFollowsXdgThenHome) {
   ScopedEnvironment xdg("XDG_CONFIG_HOME", dir.File("xdg").c_str());
   ScopedEnvironment home("HOME", dir.File("home").c_str());
   EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "xdg", "bare.ini"));
-  EXPECT_EQ(Read("k", dir.File("xdg/tolvex/bare.ini")), "xdg");
+  EXPECT_EQ(ReadKey(dir.File("xdg/tolvex/bare.ini"), "k"), "xdg");
   // A relative XDG_CONFIG_HOME, which the base-directory rules ignore, leads to the home folder.
   const std::filesystem::path cwd = std::filesystem::current_path();
   std::filesystem::current_path(dir.path());  // where a relative folder would lead
   SetEnvironment("XDG_CONFIG_HOME", "relative");
   EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "home", "bare.ini"));
   std::filesystem::current_path(cwd);
-  EXPECT_EQ(Read("k", dir.File("home/.config/tolvex/bare.ini")), "home");
+  EXPECT_EQ(ReadKey(dir.File("home/.config/tolvex/bare.ini"), "k"), "home");
   EXPECT_FALSE(FileExists(dir.File("relative")));
 }
 
@@ -96,7 +91,7 @@ TEST(ForkedChild, NeitherCommitsNorReleasesItsParentsOpenChanges) {
   }));
   EXPECT_TRUE(TolvexCommitProfileEdit(edit));
   TolvexEndProfileEdit(edit);
-  EXPECT_EQ(Read("k", path), "parent");
+  EXPECT_EQ(ReadKey(path, "k"), "parent");
 }
 
 }  // namespace

@@ -15,18 +15,13 @@
 #include <random>
 #include <string>
 
+#include "platform/ProfileKey.h"
 #include "platform/SystemFiles.h"
 #include "support/Environment.h"
 #include "support/TempDir.h"
 
 namespace tolvex::test {
 namespace {
-
-std::string Read(const char* key, const std::string& file) {
-  char buffer[64];
-  GetPrivateProfileStringA("s", key, "<none>", buffer, sizeof buffer, file.c_str());
-  return buffer;
-}
 
 // Another program's handle without FILE_SHARE_DELETE blocks the rename for as long as it is
 // open: the write fails (after its retries) and leaves the file and the folder as they were.
@@ -42,7 +37,7 @@ TEST(SharingViolation, FileHeldWithoutDeleteSharingFailsTheWriteCleanly) {
   EXPECT_EQ(ReadFile(path), "[s]\r\nk=1\r\n");
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}), 1);
   EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "3", path.c_str()));
-  EXPECT_EQ(Read("k", path), "3");
+  EXPECT_EQ(ReadKey(path, "k"), "3");
 }
 
 TEST(ProfilePath, BareNameWithoutOwnFolderLivesInTheWindowsFolder) {
@@ -55,7 +50,7 @@ TEST(ProfilePath, BareNameWithoutOwnFolderLivesInTheWindowsFolder) {
   if (!WritePrivateProfileStringA("s", "k", "v", name.c_str()))
     GTEST_SKIP() << "the Windows folder is not writable by this user";
   EXPECT_EQ(ReadFile(inWindows), "[s]\r\nk=v\r\n");
-  EXPECT_EQ(Read("k", name), "v");
+  EXPECT_EQ(ReadKey(name, "k"), "v");
   std::filesystem::remove(inWindows);
 }
 
