@@ -1,5 +1,4 @@
-// What a write splits (hard links), and that a writer killed at any step of its replace leaves
-// the old bytes. What it keeps of the file it replaces is per system (posix/, win32/).
+// A writer killed at any step of its replace leaves the old bytes. What it keeps of the file it replaces is per system (posix/, win32/).
 #include <gtest/gtest.h>
 #include <tolvex/Profile.h>
 
@@ -13,16 +12,6 @@
 
 namespace tolvex::test {
 namespace {
-
-// Our choice: the replace stays atomic, so the other name of a hard link keeps the old bytes.
-TEST(AtomicReplace, HardLinkIsSplit) {
-  TempDir dir;
-  WriteFile(dir.File("t.ini"), "[s]\r\nk=1\r\n");
-  std::filesystem::create_hard_link(dir.File("t.ini"), dir.File("other.ini"));
-  ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "2", dir.File("t.ini").c_str()));
-  EXPECT_EQ(ReadFile(dir.File("t.ini")), "[s]\r\nk=2\r\n");
-  EXPECT_EQ(ReadFile(dir.File("other.ini")), "[s]\r\nk=1\r\n");
-}
 
 // A writer committing an edit of 100 keys, killed before each step of its replace, leaves the
 // old bytes; the next write removes the temporary file it left.

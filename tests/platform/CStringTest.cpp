@@ -34,15 +34,4 @@ TEST(CString, FormatFollowsPrintf) {
   EXPECT_EQ(5002, s.GetLength());
 }
 
-TEST(CString, ConcatenationAndComparison) {
-  CString a("Button");
-  a += CString("Bmp");
-  a += '3';
-  EXPECT_EQ("ButtonBmp3", a);
-  EXPECT_EQ("pre-x-y", "pre-" + CString("x") + "-" + CString("y"));
-  EXPECT_TRUE(CString("a") < "ab");
-  EXPECT_TRUE(CString("A") != "a") << "comparison keeps case";
-  EXPECT_TRUE(CString("a\0b", 3) != CString("a\0c", 3)) << "comparison counts every byte";
-}
-
 }  // namespace

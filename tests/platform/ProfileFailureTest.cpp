@@ -61,21 +61,6 @@ TEST_F(ProfileFailure, FailedPrimitiveLeavesFileUnchanged) {
   EXPECT_EQ(ReadFile(m_path), "; keep\r\n[s]\r\nk=2\r\n\r\n");
 }
 
-// The change of a failed write is not remembered: the writes and reads after it see the file.
-TEST_F(ProfileFailure, AFailedWriteLeavesNothingForTheNextCalls) {
-  char buffer[16];
-  GetPrivateProfileStringA("s", "k", "", buffer, sizeof buffer, m_path.c_str());
-  for (Primitive primitive : {Primitive::Write, Primitive::Rename}) {
-    platform::FailNthCall(primitive, 1, EIO);
-    EXPECT_FALSE(WritePrivateProfileStringA("s", "k", "lost", m_path.c_str()));
-    platform::ClearFaults();
-    GetPrivateProfileStringA("s", "k", "", buffer, sizeof buffer, m_path.c_str());
-    EXPECT_STREQ(buffer, "1");
-  }
-  EXPECT_TRUE(WritePrivateProfileStringA("s", "j", "3", m_path.c_str()));
-  EXPECT_EQ(ReadFile(m_path), "; keep\r\n[s]\r\nk=1\r\nj=3\r\n\r\n");
-}
-
 TEST_F(ProfileFailure, FailedCreationLeavesNoFile) {
   const std::string fresh = m_dir.File("new.ini");
   platform::FailNthCall(Primitive::Write, 1, ENOSPC);

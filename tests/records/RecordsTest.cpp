@@ -81,13 +81,5 @@ TEST(Records, EveryFieldKeepsItsValueAloneAndInCopies) {
   ExpectFieldsKeepTheirValues(kButtonFields);
 }
 
-// No operation sets a button's title reference, so there is never a title to fill.
-TEST(Records, ButtonTitleIsNeverSet) {
-  CMenuTitle title;
-  CMenuButton button;
-  EXPECT_EQ(1, button.SetTitle(&title)) << "reports success but sets nothing";
-  EXPECT_EQ(0, button.GetTitle(&title));
-}
-
 }  // namespace
 }  // namespace tolvex::test

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <climits>
 #include <string>
 
 #include "render/RenderDouble.h"
@@ -56,17 +55,6 @@ TEST_F(RenderBridge, SuccessReturnsTheNameAsTheRenderedTemplateHoldsIt) {
     EXPECT_EQ(menu_.CreateMenuBMP(bare.c_str()), "") << recorded;
     EXPECT_EQ(menu_.CreateMaskBMP(), "") << recorded;
     menuBmpDouble.recordName = maskDouble.recordName = "default";
-  }
-}
-
-TEST_F(RenderBridge, ResizeImagePassesItsArgumentsThroughAndMapsNonzeroToOne) {
-  const struct { unsigned int width, height; const char* passed; int result; } cases[] = {
-      {720, 480, "720|480", 1}, {16, 9, "16|9", 0},
-      {0x80000000u, 0xFFFFFFFFu, "-2147483648|-1", INT_MIN}};  // the int of the same bits
-  for (const auto& c : cases) {
-    resizeDouble.result = c.result;
-    EXPECT_EQ(menu_.ResizeImage("in/a b.png", "out/c.bmp", c.width, c.height), c.result ? 1 : 0);
-    EXPECT_EQ(resizeDouble.received, "in/a b.png|out/c.bmp|" + std::string(c.passed));
   }
 }
 

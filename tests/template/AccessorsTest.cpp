@@ -350,19 +350,6 @@ TEST_F(Accessors, NavInfoOfButtonsZeroAndOneGoesToThePrevAndNextSections) {
   EXPECT_EQ(0, tpl.GetBtnNavInfo(1, &r, &c)) << "the getter reads the layout section";
 }
 
-TEST_F(Accessors, EachCountKeepsItsOwnLayoutReadAfreshOnEveryCall) {
-  ASSERT_EQ(1, tpl.SetBtnBMP(2, "three.png"));
-  CMenuTemplate other(path.c_str());
-  ASSERT_EQ(1, other.SetCurrentNumOfButtons(4));
-  CString name("kept");
-  EXPECT_EQ(0, tpl.GetBtnBMP(2, &name)) << "the count another object wrote selects the layout";
-  ASSERT_EQ(1, tpl.SetBtnBMP(2, "four.png"));
-  EXPECT_EQ("four.png", Key("NumOfButton4", "ButtonBmp2"));
-  SetKey("Background", "CurrentNumberOfButton", "3");  // as a hand edit would
-  EXPECT_EQ(1, tpl.GetBtnBMP(2, &name));
-  EXPECT_EQ("three.png", name);
-}
-
 TEST_F(Accessors, CountTextNamesTheLayoutAsAtoiReadsIt) {
   const struct { const char* count; const char* section; } cases[] = {
       {"+3", "NumOfButton3"}, {"-2", "NumOfButton-2"}, {"Error", "NumOfButton0"}};

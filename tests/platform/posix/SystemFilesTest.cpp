@@ -1,15 +1,12 @@
-// What only POSIX has: a new file follows the umask; a write leaves symbolic links in place; a
-// bare name without $TOLVEX_PROFILE_DIR follows the XDG rules; a forked child can neither
-// commit nor release its parent's edit. It also gives the shared tests their POSIX files: mode bits, a FIFO and two
-// devices.
+// What only POSIX has: a write leaves symbolic links in place, and a bare name without
+// $TOLVEX_PROFILE_DIR follows the XDG rules. It also gives the shared tests their POSIX files:
+// mode bits, a FIFO and two devices.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <tolvex/Profile.h>
 #include <unistd.h>
 
 #include <filesystem>
-#include <functional>
 #include <string>
 
 #include "platform/ProfileKey.h"
@@ -24,25 +21,6 @@ struct stat StatOf(const std::string& path) {
   struct stat info {};
   EXPECT_EQ(lstat(path.c_str(), &info), 0) << path;
   return info;
-}
-
-// Runs `check` in a forked child; true when it returned true there.
-bool InChild(const std::function<bool()>& check) {
-  const pid_t child = fork();
-  if (child == 0) {
-    alarm(30);
-    _exit(check() ? 0 : 1);
-  }
-  int status = 0;
-  return waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
-TEST(AtomicReplace, NewFilesFollowUmask) {
-  TempDir dir;
-  mode_t old = umask(027);
-  ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "1", dir.File("new.ini").c_str()));
-  umask(old);
-  EXPECT_EQ(StatOf(dir.File("new.ini")).st_mode & 07777, 0640u);
 }
 
 // Written directly, and to a link whose file is not made yet.
@@ -75,23 +53,6 @@ TEST(ProfilePath, BareNameWithoutOwnFolderFollowsXdgThenHome) {
   std::filesystem::current_path(cwd);
   EXPECT_EQ(ReadKey(dir.File("home/.config/tolvex/bare.ini"), "k"), "home");
   EXPECT_FALSE(FileExists(dir.File("relative")));
-}
-
-TEST(ForkedChild, NeitherCommitsNorReleasesItsParentsOpenChanges) {
-  TempDir dir;
-  const std::string path = dir.File("t.ini"), old = "[s]\r\nk=old\r\n";
-  WriteFile(path, old);
-  TolvexProfileEdit* edit = TolvexBeginProfileEdit(path.c_str());
-  ASSERT_NE(edit, nullptr);
-  ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "parent", path.c_str()));
-  EXPECT_TRUE(InChild([&] {
-    const bool refused = !TolvexCommitProfileEdit(edit);
-    TolvexEndProfileEdit(edit);
-    return refused && ReadFile(path) == old;
-  }));
-  EXPECT_TRUE(TolvexCommitProfileEdit(edit));
-  TolvexEndProfileEdit(edit);
-  EXPECT_EQ(ReadKey(path, "k"), "parent");
 }
 
 }  // namespace
