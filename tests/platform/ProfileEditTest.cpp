@@ -177,16 +177,15 @@ TEST(EditConcurrency, ThreadsAndProcessesEditingOneFileLoseNoKey) {
     });
   }
   for (std::thread& thread : threads) thread.join();
-  for (int t = 0; t < kThreads; ++t)
-    for (int i = 0; i < kRounds * 5; ++i) {
-      std::string key = "t" + std::to_string(t) + "_" + std::to_string(i);
-      EXPECT_EQ(ReadKey(path, key.c_str()), key);
-    }
-  for (int p = 0; p < kProcesses; ++p)
-    for (int i = 0; i < 20; ++i) {
-      std::string key = "p" + std::to_string(p) + "_" + std::to_string(i);
-      EXPECT_EQ(ReadKey(path, key.c_str()), key);
-    }
+  auto expectKeys = [&](const char* prefix, int writers, int count) {
+    for (int w = 0; w < writers; ++w)
+      for (int i = 0; i < count; ++i) {
+        std::string key = prefix + std::to_string(w) + "_" + std::to_string(i);
+        EXPECT_EQ(ReadKey(path, key.c_str()), key);
+      }
+  };
+  expectKeys("t", kThreads, kRounds * 5);
+  expectKeys("p", kProcesses, 20);
 }
 
 // Misuse of an edit: left open by a thread that ends, or its file changed by a program that
