@@ -13,8 +13,8 @@
 namespace tolvex::test {
 namespace {
 
-// A writer committing an edit of 100 keys, killed before each step of its replace, leaves the
-// old bytes; the next write removes the temporary file it left.
+// A writer killed before each step of its replace leaves the old bytes; the next write removes
+// the temporary file it left. (An edit's commit replaces the file the same way.)
 TEST(AtomicReplace, WriterKilledAtEachStepLeavesTheOldBytesAndNextWriteCleansUp) {
   using platform::Primitive;
   const std::string old = "[s]\r\nk=old\r\n";

@@ -29,20 +29,12 @@ int Writer(char** args) {
   return 0;
 }
 
-// dies-at <file> <primitive> <nth>: stages keys k0..k99 in an edit and dies abruptly just
-// before the nth call of <primitive> (0 Open .. 5 Lock) during its commit.
+// dies-at <file> <primitive> <nth>: writes k=new in section "s" and dies abruptly just before
+// the nth call of <primitive> (0 Open .. 5 Lock) during that write.
 int DiesAt(char** args) {
-  TolvexProfileEdit* edit = TolvexBeginProfileEdit(args[0]);
-  if (!edit) return 3;
-  for (int i = 0; i < 100; ++i) {
-    std::string key = "k" + std::to_string(i);
-    if (!WritePrivateProfileStringA("s", key.c_str(), "new", args[0])) return 1;
-  }
   auto primitive = static_cast<platform::Primitive>(std::atoi(args[1]));
   platform::RunBeforeNthCall(primitive, std::atoi(args[2]), [] { DieAbruptly(); });
-  const bool committed = TolvexCommitProfileEdit(edit);
-  TolvexEndProfileEdit(edit);
-  return committed ? 0 : 1;
+  return WritePrivateProfileStringA("s", "k", "new", args[0]) ? 0 : 1;
 }
 
 int RunRole(const std::string& role, char** args) {

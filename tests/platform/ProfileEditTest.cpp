@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <tolvex/Profile.h>
 
-#include <atomic>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -123,31 +122,6 @@ TEST_F(EditTest, NestedEditJoinsTheOpenOneAndDroppingItRestoresItsStart) {
   EXPECT_EQ(ReadFile(m_path), kOld);
   EXPECT_TRUE(outer.Commit());
   EXPECT_EQ(ReadFile(m_path), kOld + "a=1\r\nb=2\r\n");
-}
-
-// Each thread edits its own folder, then the other thread's: waiting both ways would deadlock,
-// so the edit whose folder sorts first in the lock order does not begin.
-TEST_F(EditTest, CrossedEditsInTwoThreadsNeverDeadlock) {
-  TempDir other;
-  const std::string files[2] = {m_path, other.File("t.ini")};
-  std::atomic<int> ready{0};
-  std::atomic<int> opened{0};
-  auto run = [&](int mine) {
-    Edit first(files[mine]);
-    EXPECT_TRUE(Write(files[mine], "by", std::to_string(mine).c_str()));
-    ready.fetch_add(1);
-    while (ready.load() < 2) std::this_thread::yield();
-    Edit second(files[1 - mine]);
-    const bool began = second.IsOpen();
-    if (began) opened.fetch_add(1);
-    EXPECT_EQ(began, second.Commit()) << "thread " << mine;
-    EXPECT_TRUE(first.Commit());
-  };
-  std::thread a(run, 0), b(run, 1);
-  a.join();
-  b.join();
-  EXPECT_EQ(opened.load(), 1);
-  EXPECT_EQ(ReadKey(files[0], "by") + ReadKey(files[1], "by"), "01");
 }
 
 // Writers in other processes (direct writes) and threads (each round an edit or direct

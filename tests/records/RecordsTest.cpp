@@ -1,7 +1,6 @@
-// CMenuTitle and CMenuButton as one table of fields: each field keeps the value given, leaves
-// the others alone, and goes with copies.
+// CMenuButton as one table of fields: each field keeps the value given, leaves the others
+// alone, and goes with copies.
 #include <tolvex/MenuButton.h>
-#include <tolvex/MenuTitle.h>
 
 #include <gtest/gtest.h>
 
@@ -21,25 +20,6 @@ struct Field {
 };
 
 std::string Text(long long a, long long b) { return std::to_string(a) + "," + std::to_string(b); }
-
-const std::vector<Field<CMenuTitle>> kTitleFields = {
-    {"pos", [](CMenuTitle& t) { tagPOINT p{-12, -34}; t.SetPos(&p); },
-     [](CMenuTitle& t) { tagPOINT p{}; t.GetPos(&p); return Text(p.x, p.y); }, "-12,-34", "0,0"},
-    {"title", [](CMenuTitle& t) { t.SetTitle("Chapter One"); },
-     [](CMenuTitle& t) { CString s; t.GetTitle(&s); return std::string(s.GetString()); }, "Chapter One", ""},
-    {"font name", [](CMenuTitle& t) { t.SetFontName("DejaVu Sans"); },
-     [](CMenuTitle& t) { CString s; t.GetFontName(&s); return std::string(s.GetString()); }, "DejaVu Sans", ""},
-    {"font size", [](CMenuTitle& t) { t.SetFontSize(4294967295u); },
-     [](CMenuTitle& t) { unsigned v = 0; t.GetFontSize(&v); return std::to_string(v); }, "4294967295", "0"},
-    {"italic", [](CMenuTitle& t) { t.SetFontItalic(-1); },
-     [](CMenuTitle& t) { int v = 0; t.GetFontItalic(&v); return std::to_string(v); }, "-1", "0"},
-    {"bold", [](CMenuTitle& t) { t.SetFontBold(7); },
-     [](CMenuTitle& t) { int v = 0; t.GetFontBold(&v); return std::to_string(v); }, "7", "0"},
-    {"underline", [](CMenuTitle& t) { t.SetFontUnderline(2); },
-     [](CMenuTitle& t) { int v = 0; t.GetFontUnderline(&v); return std::to_string(v); }, "2", "0"},
-    {"rgb", [](CMenuTitle& t) { t.SetFontRGB(0xFFFFFFFFul); },
-     [](CMenuTitle& t) { unsigned long v = 0; t.GetFontRGB(&v); return std::to_string(v); }, "4294967295", "0"},
-};
 
 const std::vector<Field<CMenuButton>> kButtonFields = {
     {"rect", [](CMenuButton& b) { tagRECT r{300, -40, 100, -200}; b.SetRect(&r); },  // left beyond right
@@ -77,7 +57,6 @@ void ExpectFieldsKeepTheirValues(const std::vector<Field<R>>& fields) {
 }
 
 TEST(Records, EveryFieldKeepsItsValueAloneAndInCopies) {
-  ExpectFieldsKeepTheirValues(kTitleFields);
   ExpectFieldsKeepTheirValues(kButtonFields);
 }
 
