@@ -18,35 +18,43 @@ namespace {
 // "default" passes the lookup and selects layout 0.
 constexpr const char kNoCount[] = "error";
 
-CString IndexText(unsigned int index) {
-  return IntegerText(static_cast<int>(index));  // 4294967295 names button -1
+// Whether `text` is how "%d" prints the number atoi reads from it: up to nine digits, no sign,
+// no leading zero. Such a count names its layout as it stands.
+bool IsPrintedCount(const char* text) {
+  size_t digits = 0;
+  while (text[digits] >= '0' && text[digits] <= '9') ++digits;
+  return text[digits] == '\0' && digits >= 1 && digits <= 9 && (text[0] != '0' || digits == 1);
 }
 
 }  // namespace
 
-bool LookUpLayoutSection(const CString& file, CString* section) {
+bool LookUpLayoutSection(const CString& file, ShortText* section) {
   char count[kShortRead];
   count[0] = '\0';
   GetPrivateProfileStringA(background::kSection, background::kCurrentButtons.keys[0], kNoCount,
                            count, kShortRead, file);
   if (std::strcmp(count, kNoCount) == 0) return false;
-  *section = kLayoutPrefix;
-  *section += IntegerText(std::atoi(count));
+  if (IsPrintedCount(count)) {
+    *section = ShortText(kLayoutPrefix, count);
+  } else {
+    *section = ShortText(kLayoutPrefix, IntegerDigits(std::atoi(count)).view());
+  }
   return true;
 }
 
 KeyTarget ButtonTarget(const CString& file, unsigned int index) {
-  CString section;
+  ShortText section;
   if (!LookUpLayoutSection(file, &section)) return KeyTarget::Unusable();
-  return KeyTarget::In(file, section, IndexText(index));
+  // 4294967295 names button -1.
+  return KeyTarget::In(file, section.view(), IntegerDigits(static_cast<int>(index)).view());
 }
 
 KeyTarget ButtonNavLinkTarget(const CString& file, unsigned int index) {
-  CString section;
+  ShortText section;
   if (!LookUpLayoutSection(file, &section)) return KeyTarget::Unusable();
-  if (index == 0) section = navbuttons::kPrevious.section;
-  if (index == 1) section = navbuttons::kNext.section;
-  return KeyTarget::In(file, section, IndexText(index));
+  if (index == 0) section = ShortText(navbuttons::kPrevious.section);
+  if (index == 1) section = ShortText(navbuttons::kNext.section);
+  return KeyTarget::In(file, section.view(), IntegerDigits(static_cast<int>(index)).view());
 }
 
 }  // namespace tolvex::buttons

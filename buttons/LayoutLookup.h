@@ -12,7 +12,7 @@ namespace tolvex::buttons {
 
 // The layout section of the current button count of `file`; false when the count is missing
 // (no file, no section, no key) or holds exactly "error".
-bool LookUpLayoutSection(const CString& file, CString* section);
+bool LookUpLayoutSection(const CString& file, ShortText* section);
 
 // The keys of button `index` in the layout section; unusable when the lookup fails.
 KeyTarget ButtonTarget(const CString& file, unsigned int index);

@@ -5,6 +5,8 @@
 #include "platform/IndexedIni.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 
 #include "platform/ResultBuffer.h"
 
@@ -23,17 +25,42 @@ std::string_view WithoutLeadingBlanks(std::string_view text) {
   return text;
 }
 
+bool IsLineBreak(char byte) { return byte == '\r' || byte == '\n'; }
+
+// Whether some byte of `word` is below `limit` (at most 0x80).
+bool SomeByteBelow(uint64_t word, uint8_t limit) {
+  constexpr uint64_t kEachByte = 0x0101010101010101u;
+  return ((word - kEachByte * limit) & ~word & (kEachByte << 7)) != 0;
+}
+
+// Whether `isSpecial` is true for a byte of `text`. It may only be true for bytes below 0x0E
+// and for `also`: eight bytes at a time are screened for those first.
+template <typename IsSpecial>
+bool HoldsSpecialByte(std::string_view text, char also, const IsSpecial& isSpecial) {
+  const uint64_t alsoEverywhere = 0x0101010101010101u * static_cast<unsigned char>(also);
+  size_t i = 0;
+  for (; i + 8 <= text.size(); i += 8) {
+    uint64_t word;
+    std::memcpy(&word, text.data() + i, sizeof word);
+    if (!SomeByteBelow(word, 0x0E) && !SomeByteBelow(word ^ alsoEverywhere, 1)) continue;
+    for (size_t j = i; j < i + 8; ++j)
+      if (isSpecial(text[j])) return true;
+  }
+  for (; i < text.size(); ++i)
+    if (isSpecial(text[i])) return true;
+  return false;
+}
+
 // For the common new entry of an ANSI file, a key and a value that the reading rules take as
 // they are: the length of the key's name (trailing blanks dropped), else 0. Such a key starts
 // with no blank and no '[', and holds no '=', NUL or line break; the value holds no line break.
 size_t PlainAnsiKey(std::string_view key, std::string_view value) {
   key = WithoutLeadingBlanks(key);
   if (key.empty() || key.front() == '[') return 0;
-  for (char byte : key)
-    if (byte == '=' || byte == '\0' || byte == '\r' || byte == '\n') return 0;
-  for (char byte : value)
-    if (byte == '\r' || byte == '\n') return 0;
-  return TrimBlanks(key).size();
+  const auto inName = [](char byte) { return byte == '=' || byte == '\0' || IsLineBreak(byte); };
+  if (HoldsSpecialByte(key, '=', inName) || HoldsSpecialByte(value, '\r', IsLineBreak)) return 0;
+  while (IsBlank(static_cast<unsigned char>(key.back()))) key.remove_suffix(1);
+  return key.size();
 }
 
 }  // namespace
@@ -180,7 +207,7 @@ void IndexedIni::IndexHeader(uint32_t index) {
   const IniLine parse = ParseOf(first);
   const std::string_view bytes = BytesOf(first);
   const uint32_t hash = OnText(bytes, [&](const auto& units) {
-    return NameIndex::Hash(units, parse.name);
+    return HashOf(units, parse.name);
   });
   m_firstSection.Insert(hash, index, [&](uint32_t other) {
     const Line& line = m_sections[other].lines.front();
@@ -193,7 +220,7 @@ void IndexedIni::IndexEntry(Section& section, uint32_t index, const IniLine& par
                             const uint32_t* knownHash) {
   const std::string_view bytes = BytesOf(section.lines[index]);
   const uint32_t hash = knownHash ? *knownHash : OnText(bytes, [&](const auto& units) {
-    return NameIndex::Hash(units, parse.name);
+    return HashOf(units, parse.name);
   });
   section.entries.Insert(hash, index, [&](uint32_t other) {
     const Line& line = section.lines[other];
@@ -225,9 +252,8 @@ int IndexedIni::FindSection(std::u16string_view name) const {
 }
 
 int IndexedIni::FindTrimmedSection(const char* app) const {
-  const std::string_view name(app);
   for (const RecentSection& recent : m_recent)
-    if (recent.index >= 0 && std::string_view(recent.app) == name) return recent.index;
+    if (recent.index >= 0 && IsSameName(recent.app, app)) return recent.index;
   const int found = FindSection(NameUnits(TrimBlanks(app)));
   if (found >= 0) {
     std::swap(m_recent[0], m_recent[1]);
@@ -248,7 +274,7 @@ int64_t IndexedIni::FindKey(const Section& section, std::string_view key, IniLin
 template <typename Name>
 int64_t IndexedIni::FindEntry(const Section& section, const Name& name, IniLine* parse,
                               uint32_t* hash) const {
-  *hash = NameIndex::Hash(name, UnitRange{0, name.size()});
+  *hash = HashOf(name, UnitRange{0, name.size()});
   return section.entries.Find(*hash, [&](uint32_t index) {
     const Line& line = section.lines[index];
     *parse = ParseOf(line);
@@ -353,23 +379,46 @@ void IndexedIni::AppendAnsi(const Line& line, UnitRange range, std::string* out)
 uint32_t IndexedIni::ReadValue(const char* app, const char* key, const char* defaultText,
                                char* buffer, uint32_t size) const {
   if (size == 0) return 0;
-  const int found = FindTrimmedSection(app);
-  if (found >= 0) {
-    const Section& section = m_sections[found];
-    IniLine parse;
-    uint32_t hash;
-    const int64_t entry = FindKey(section, TrimBlanks(key), &parse, &hash);
-    if (entry >= 0 && parse.hasValue) {
-      const Line& line = section.lines[entry];
-      if (m_encoding == FileEncoding::kAnsi)
-        return CopyValueText(BytesOf(line).substr(parse.value.begin, parse.value.size()), buffer,
-                             size);
-      m_valueText.clear();
-      AppendAnsi(line, parse.value, &m_valueText);
-      return CopyValueText(m_valueText, buffer, size);
-    }
+  IniLine parse;
+  const Line* line = FindValueLine(app, key, &parse);
+  if (line && parse.hasValue) {
+    if (m_encoding == FileEncoding::kAnsi)
+      return CopyValueText(BytesOf(*line).substr(parse.value.begin, parse.value.size()), buffer,
+                           size);
+    m_valueText.clear();
+    AppendAnsi(*line, parse.value, &m_valueText);
+    return CopyValueText(m_valueText, buffer, size);
   }
   return CopyValueText(TrimDefaultSpaces(defaultText ? defaultText : ""), buffer, size);
+}
+
+const IndexedIni::Line* IndexedIni::FindValueLine(const char* app, const char* key,
+                                                  IniLine* parse) const {
+  RecentEntry& recent = m_recentEntry;
+  if (recent.section >= 0 && recent.compactions == m_compactions &&
+      IsSameName(recent.app, app) && IsSameName(recent.key, key)) {
+    const Line& line = m_sections[recent.section].lines[recent.entry];
+    if (line.at == recent.line.at && line.breakAt == recent.line.breakAt &&
+        line.flags == recent.line.flags) {
+      *parse = recent.parse;
+      return &line;
+    }
+  }
+  const int found = FindTrimmedSection(app);
+  if (found < 0) return nullptr;
+  const Section& section = m_sections[found];
+  uint32_t hash;
+  const int64_t entry = FindKey(section, TrimBlanks(key), parse, &hash);
+  if (entry < 0) return nullptr;
+  const Line& line = section.lines[entry];
+  recent.app = app;
+  recent.key = key;
+  recent.section = found;
+  recent.entry = static_cast<uint32_t>(entry);
+  recent.line = line;
+  recent.parse = *parse;
+  recent.compactions = m_compactions;
+  return &line;
 }
 
 uint32_t IndexedIni::ListSectionNames(char* buffer, uint32_t size) const {
@@ -412,9 +461,13 @@ uint32_t IndexedIni::ListKeyNames(const char* app, const char* defaultText, char
 bool IndexedIni::Write(const char* app, const char* key, const char* value) {
   if (!key) return RemoveSection(app);
   if (!value) return RemoveKey(app, key);
-  m_newValue.clear();
-  AppendUnits(WithoutLeadingBlanks(value), &m_newValue);
-  const std::string_view newValue = m_newValue;
+  // The value in the file's encoding: an ANSI file's bytes are the caller's.
+  std::string_view newValue = WithoutLeadingBlanks(value);
+  if (m_encoding != FileEncoding::kAnsi) {
+    m_newValue.clear();
+    AppendUnits(newValue, &m_newValue);
+    newValue = m_newValue;
+  }
   Outcome outcome;
   const int found = FindTrimmedSection(app);
   if (found < 0) {
@@ -488,6 +541,7 @@ void IndexedIni::CompactIfWasteful() {
   file += m_tail;
   m_file.swap(file);
   std::string().swap(m_changedLines);
+  ++m_compactions;
 }
 
 IndexedIni::Outcome IndexedIni::SetExisting(Line& line, const IniLine& parse,
@@ -537,6 +591,7 @@ void IndexedIni::EndWithBreak(Line& line) {
 
 IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
                                          std::string_view value, const uint32_t* keyHash) {
+  if (AppendPlainEntry(section, key, value, keyHash)) return Outcome::kChanged;
   std::string& bytes = m_lineBytes;
   bytes.clear();
   AppendUnits(WithoutLeadingBlanks(key), &bytes);
@@ -587,6 +642,37 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
   if (!(line.flags & kDropped))
     IndexEntry(section, index, parse, keyIsName && keyHash ? keyHash : nullptr);
   return Outcome::kChanged;
+}
+
+bool IndexedIni::AppendPlainEntry(Section& section, std::string_view key, std::string_view value,
+                                  const uint32_t* keyHash) {
+  if (m_encoding != FileEncoding::kAnsi || !keyHash) return false;
+  if (PlainAnsiKey(key, value) == 0) return false;
+  // The section's last line must be the last one added, ending in its own CR LF.
+  const Line& last = section.lines.back();
+  const size_t end = m_changedLines.size();
+  if (!(last.flags & kChanged) || last.at + last.size != end || last.size != last.breakAt + 2 ||
+      m_changedLines[end - 2] != '\r' || m_changedLines[end - 1] != '\n')
+    return false;
+  key = WithoutLeadingBlanks(key);
+  m_changedLines.resize(end + key.size() + value.size() + 3);
+  char* to = &m_changedLines[end];
+  to = std::copy(key.begin(), key.end(), to);
+  *to++ = '=';
+  to = std::copy(value.begin(), value.end(), to);
+  to[0] = '\r';
+  to[1] = '\n';
+  Line line;
+  line.at = static_cast<uint32_t>(end);
+  line.breakAt = static_cast<uint32_t>(key.size() + 1 + value.size());
+  line.size = line.breakAt + 2;
+  line.flags = kChanged | kHasValue;
+  m_units += line.size;
+  const uint32_t index = static_cast<uint32_t>(section.lines.size());
+  section.lines.push_back(line);
+  // AddEntry is only asked for a key the section does not have.
+  section.entries.InsertAbsent(*keyHash, index);
+  return true;
 }
 
 IndexedIni::Outcome IndexedIni::AddSection(std::string_view app, std::string_view key,

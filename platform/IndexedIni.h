@@ -52,6 +52,11 @@ class IndexedIni {
   // WritePrivateProfileStringA on the file (`app` not NULL): true when the bytes changed.
   bool Write(const char* app, const char* key, const char* value);
 
+  // Room for `bytes` of changed and added lines, so that an edit that builds a file line by
+  // line does not copy its lines again each time the buffer of changed lines grows. Memory is
+  // only taken as the lines fill it.
+  void ReserveForChanges(size_t bytes) { m_changedLines.reserve(bytes); }
+
   // Whether a section called `app` (trimmed, as reads look it up) is in the file.
   bool HasSection(const char* app) const { return FindTrimmedSection(app) >= 0; }
   // The key list of section `app` (matched untrimmed) as the key-list read gives it before it
@@ -116,6 +121,15 @@ class IndexedIni {
   }
   enum class Outcome { kChanged, kUnchanged, kReindex };
 
+  // The index's hash of the name at `range` of a text; bytes are read four at a time.
+  template <typename Text>
+  static uint32_t HashOf(const Text& text, UnitRange range) {
+    return NameIndex::Hash(text, range);
+  }
+  static uint32_t HashOf(const Units<false>& text, UnitRange range) {
+    return NameIndex::HashBytes(text.bytes + range.begin, range.size());
+  }
+
   LineText TextOf(const Line& line) const;
   LineText TextOf(std::string_view bytes) const;
   std::string_view BytesOf(const Line& line) const;
@@ -151,6 +165,9 @@ class IndexedIni {
 
   uint32_t ReadValue(const char* app, const char* key, const char* defaultText, char* buffer,
                      uint32_t size) const;
+  // The entry a value read of `key` in section `app` finds (both trimmed), with what it says,
+  // or nullptr.
+  const Line* FindValueLine(const char* app, const char* key, IniLine* parse) const;
   uint32_t ListSectionNames(char* buffer, uint32_t size) const;
   uint32_t ListKeyNames(const char* app, const char* defaultText, char* buffer,
                         uint32_t size) const;
@@ -161,6 +178,11 @@ class IndexedIni {
   // `keyHash`, when known, is the hash of the key as the caller gave it.
   Outcome AddEntry(Section& section, std::string_view key, std::string_view value,
                    const uint32_t* keyHash);
+  // AddEntry's common case, an ANSI file's plain entry after the entry added last: the line
+  // goes straight to the end of the buffer of changed lines. False, with nothing done, for
+  // any other case.
+  bool AppendPlainEntry(Section& section, std::string_view key, std::string_view value,
+                        const uint32_t* keyHash);
   Outcome AddSection(std::string_view app, std::string_view key, std::string_view value);
   // Gives `line` a line break of its own at its end when its last unit is none.
   void EndWithBreak(Line& line);
@@ -206,6 +228,21 @@ class IndexedIni {
     int index = -1;
   };
   mutable std::array<RecentSection, 2> m_recent;
+  // The entry the last value read found, asked for by the same texts: a value read again and
+  // again (a template's button count, which every button's call reads) skips both lookups.
+  // It is still the entry while its line is unchanged: lines only ever get new entries after
+  // them, and a changed line gets a new place in the buffer of changed lines, whose places are
+  // only ever used again after a compaction. Changes of structure build the form anew.
+  struct RecentEntry {
+    std::string app, key;
+    int section = -1;
+    uint32_t entry = 0;
+    Line line;
+    IniLine parse;
+    uint32_t compactions = 0;
+  };
+  mutable RecentEntry m_recentEntry;
+  uint32_t m_compactions = 0;
 };
 
 }  // namespace tolvex::platform

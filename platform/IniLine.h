@@ -6,6 +6,8 @@
 #define TOLVEX_PLATFORM_INILINE_H
 
 #include <cstddef>
+#include <cstring>
+#include <string>
 #include <string_view>
 
 namespace tolvex::platform {
@@ -39,6 +41,11 @@ inline bool IsBlank(char16_t unit) {
 
 // Both ends of `text` trimmed of blanks.
 std::string_view TrimBlanks(std::string_view text);
+
+// Whether `kept` (a name kept from an earlier call, with no NUL in it) is the C string `text`.
+inline bool IsSameName(const std::string& kept, const char* text) {
+  return std::strncmp(kept.c_str(), text, kept.size() + 1) == 0;
+}
 
 // The rules below read any text of units: `Text` gives its size() and its unit at [i] as a
 // char16_t (a std::u16string_view, or the indexed form's view of a file's bytes).

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <vector>
 
@@ -36,7 +37,6 @@ class NameIndex {
   // go into each 64-bit step, so that the chain of multiplications is a quarter of the name.
   template <typename Text>
   static uint32_t Hash(const Text& units, UnitRange name) {
-    constexpr uint64_t kMultiplier = 0x9E3779B97F4A7C15u;
     auto unit = [&](size_t i) { return static_cast<uint64_t>(units[i] | 0x20u) & 0xFFFF; };
     uint64_t hash = name.size() * kMultiplier;
     size_t i = name.begin;
@@ -46,11 +46,27 @@ class NameIndex {
       hash ^= hash >> 32;
     }
     for (; i < name.end; ++i) hash = (hash ^ unit(i)) * kMultiplier;
-    hash ^= hash >> 29;
-    hash *= kMultiplier;
-    return static_cast<uint32_t>(hash >> 32);
+    return Finish(hash);
   }
   static uint32_t Hash(std::u16string_view name) { return Hash(name, {0, name.size()}); }
+  // The same hash of a name whose units are single bytes, each four of them spread from one
+  // load into the four 16-bit lanes the units take above (the first byte lowest, as a
+  // little-endian load gives it).
+  static uint32_t HashBytes(const unsigned char* bytes, size_t size) {
+    static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "bytes are loaded little-endian");
+    uint64_t hash = size * kMultiplier;
+    size_t i = 0;
+    for (; i + 4 <= size; i += 4) {
+      uint32_t four;
+      std::memcpy(&four, bytes + i, sizeof four);
+      uint64_t word = (four | uint64_t{four} << 16) & 0x0000FFFF0000FFFFu;
+      word = (word | word << 8) & 0x00FF00FF00FF00FFu;
+      hash = (hash ^ (word | 0x0020002000200020u)) * kMultiplier;
+      hash ^= hash >> 32;
+    }
+    for (; i < size; ++i) hash = (hash ^ (bytes[i] | 0x20u)) * kMultiplier;
+    return Finish(hash);
+  }
 
   // The position indexed under a name of hash `hash`, or -1. `isName(position)` tells whether
   // the name at a position is the one looked for.
@@ -82,6 +98,11 @@ class NameIndex {
     }
   }
 
+  // Indexes `position` under a name of hash `hash` that a Find has just shown to be absent.
+  void InsertAbsent(uint32_t hash, uint32_t position) {
+    Insert(hash, position, [](uint32_t) { return false; });
+  }
+
   size_t MemoryUse() const { return m_slots.capacity() * sizeof(Slot); }
 
  private:
@@ -90,6 +111,13 @@ class NameIndex {
     uint32_t position = kEmpty;
   };
   static constexpr uint32_t kEmpty = UINT32_MAX;
+  static constexpr uint64_t kMultiplier = 0x9E3779B97F4A7C15u;
+
+  static uint32_t Finish(uint64_t hash) {
+    hash ^= hash >> 29;
+    hash *= kMultiplier;
+    return static_cast<uint32_t>(hash >> 32);
+  }
 
   static char16_t Folded(char16_t unit) {
     return unit >= 'A' && unit <= 'Z' ? static_cast<char16_t>(unit + ('a' - 'A')) : unit;

@@ -12,6 +12,7 @@
 #include "platform/Os.h"
 #include "platform/ProfileEdit.h"
 #include "platform/ProfileStore.h"
+#include "platform/StagedProfile.h"
 
 using tolvex::platform::Status;
 
@@ -77,6 +78,21 @@ BOOL TolvexCommitProfileEdit(TolvexProfileEdit* edit) {
 }
 
 void TolvexEndProfileEdit(TolvexProfileEdit* edit) { delete edit; }
+
+BOOL TolvexReadProfileEdit(LPCSTR file, TolvexTakeBytes take, void* context) {
+  if (!take) return FALSE;
+  try {
+    const tolvex::platform::StagedProfile* staged = tolvex::platform::StagedFileFor(file);
+    if (!staged) return FALSE;
+    staged->WriteBytes([&](std::string_view bytes) {
+      take(context, bytes.data(), bytes.size());
+      return Status::Ok();
+    });
+    return TRUE;
+  } catch (...) {  // std::bad_alloc, the only exception the layer below can raise
+    return FALSE;
+  }
+}
 
 int TolvexReplaceFile(LPCSTR path, const void* bytes, size_t size) {
   if (!path || (!bytes && size != 0)) return EINVAL;

@@ -15,6 +15,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/IniLine.h"
 #include "platform/Os.h"
 #include "platform/ParseCache.h"
 #include "platform/ProfileFolder.h"
@@ -57,6 +58,10 @@ void End(EditSession& session) {
 struct ThreadEdits {
   std::vector<std::shared_ptr<EditSession>> sessions;
   std::vector<std::string> notEdited;  // file arguments known to lead elsewhere
+  // The session and file argument of the last call that reached an edit: calls come in long
+  // runs on one file by one name. Forgotten whenever a session leaves the list.
+  EditSession* last = nullptr;
+  std::string lastName;
 
   // A thread that ends with edits never dropped releases their locks.
   ~ThreadEdits() {
@@ -72,6 +77,7 @@ struct ThreadEdits {
     if (gone != sessions.end()) {
       sessions.erase(gone, sessions.end());
       notEdited.clear();
+      last = nullptr;
     }
   }
 };
@@ -206,11 +212,20 @@ Status ProfileEdit::Commit() {
 StagedProfile* StagedFileFor(const char* file) {
   ThreadEdits& edits = t_edits;
   if (edits.sessions.empty() || !file || !*file) return nullptr;
+  if (edits.last && edits.last->open.load() && edits.last->pid == os::ProcessId() &&
+      IsSameName(edits.lastName, file))
+    return edits.last->staged.get();
   edits.Prune();
   const std::string_view asked(file);
-  for (auto& session : edits.sessions)
-    for (const std::string& name : session->names)
-      if (std::string_view(name) == asked) return session->staged.get();
+  for (auto& session : edits.sessions) {
+    for (const std::string& name : session->names) {
+      if (std::string_view(name) == asked) {
+        edits.last = session.get();
+        edits.lastName = name;
+        return session->staged.get();
+      }
+    }
+  }
   for (const std::string& name : edits.notEdited)
     if (std::string_view(name) == asked) return nullptr;
 

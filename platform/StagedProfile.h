@@ -14,7 +14,9 @@ namespace tolvex::platform {
 class StagedProfile {
  public:
   // The file's bytes when the edit began; `exists` false for a file not made yet.
-  StagedProfile(std::string_view bytes, bool exists) : m_ini(bytes), m_exists(exists) {}
+  StagedProfile(std::string_view bytes, bool exists) : m_ini(bytes), m_exists(exists) {
+    m_ini.ReserveForChanges(kChangesReserved + bytes.size());
+  }
 
   // Whether a write changed the copy, so that the commit must write it.
   bool changed() const { return m_changed; }
@@ -37,6 +39,8 @@ class StagedProfile {
   }
 
  private:
+  // An edit often builds a whole page: room for about a 36-button page of changes.
+  static constexpr size_t kChangesReserved = 1 << 20;
   IndexedIni m_ini;
   bool m_exists;
   bool m_changed = false;

@@ -3,6 +3,8 @@
 // values mean for drawing.
 #include "renderer/TemplateReader.h"
 
+#include <tolvex/Profile.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -13,6 +15,7 @@
 #include "keys/NavButtonKeys.h"
 #include "keys/PageKeys.h"
 #include "platform/IndexedIni.h"
+#include "platform/Os.h"
 #include "renderer/Failure.h"
 #include "renderer/InputFile.h"
 #include "renderer/Paths.h"
@@ -22,6 +25,16 @@ namespace {
 
 // The application reads file names with 1000 bytes; we read every value that way.
 constexpr uint32_t kValueBuffer = kLongRead;
+
+// The template as the calling thread's open edit of it holds it, so that a page rendered inside
+// an edit shows what the edit staged; false when the thread edits no such file.
+bool ReadEditedTemplate(const std::string& templatePath, std::string* bytes) {
+  const TolvexTakeBytes take = [](void* to, const char* piece, size_t size) {
+    static_cast<std::string*>(to)->append(piece, size);
+  };
+  bytes->clear();
+  return TolvexReadProfileEdit(templatePath.c_str(), take, bytes) != FALSE;
+}
 
 // The name of a key of the accessors' tables, with its placeholder filled.
 std::string KeyOf(const char* pattern, std::string_view fill = {}) {
@@ -203,9 +216,21 @@ TemplateFile& TemplateFile::operator=(TemplateFile&&) noexcept = default;
 Status TemplateFile::Load(const std::string& templatePath, TemplateFile* file) {
   const std::string diskPath = TemplateOnDisk(templatePath);
   InputFile input;
-  if (const Status s = ReadInputFile(diskPath, "template", kMaxTemplateBytes,
-                                     Status::kTemplateUnreadable, &input);
-      s != Status::kOk) {
+  if (ReadEditedTemplate(templatePath, &input.bytes)) {
+    if (input.bytes.size() > kMaxTemplateBytes) {
+      return Fail(Status::kTemplateUnreadable,
+                  "cannot read template " + diskPath + ": larger than " +
+                      std::to_string(kMaxTemplateBytes >> 20) + " MB");
+    }
+    // The file on disk, if the edit has made it yet, is still the one outputs must not be.
+    platform::os::FileStamp stamp;
+    if (platform::os::StampFile(diskPath, &stamp).ok()) {
+      input.device = stamp.device;
+      input.inode = stamp.inode;
+    }
+  } else if (const Status s = ReadInputFile(diskPath, "template", kMaxTemplateBytes,
+                                            Status::kTemplateUnreadable, &input);
+             s != Status::kOk) {
     return s;
   }
   *file = FromBytes(templatePath, input.bytes);

@@ -19,6 +19,8 @@ set -euo pipefail
 MUTANTS='
 name-fold-Z | platform/NameIndex.h | unit <= '"'Z'"' ? | unit < '"'Z'"' ? | platform_tests
 xdg-relative-accepted | platform/posix/ProfileFolder.cpp | config && config[0] == '"'/'"' | config && config[0] | platform_tests
+read-memo-outlives-compaction | platform/IndexedIni.cpp | recent.compactions == m_compactions && | | platform_tests
+plain-entry-screen-blind | platform/IndexedIni.cpp | if (!SomeByteBelow(word, 0x0E) && !SomeByteBelow(word ^ alsoEverywhere, 1)) continue; | if (!SomeByteBelow(word, 0) && !SomeByteBelow(word ^ alsoEverywhere, 0)) continue; | platform_tests
 racy-time-rule-dropped | platform/ParseCache.cpp | stamp.takenNs - std::max(stamp.modifiedNs, stamp.changedNs) > kRacyNs | true | platform_tests
 edit-ignores-outside-change | platform/ProfileEdit.cpp | status.ok() && !Unchanged(session) | status.ok() && !Unchanged(session) && false | platform_tests
 replace-drops-mode | platform/posix/PosixReplace.cpp | ::fchmod(fd, old->st_mode & 07777); | ; | platform_tests

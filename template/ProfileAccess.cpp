@@ -4,7 +4,6 @@
 
 #include <tolvex/Profile.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -13,36 +12,29 @@
 
 namespace tolvex {
 
-CString IntegerText(int value) {
+IntegerDigits::IntegerDigits(int value) {
   // Written out rather than through std::to_chars, whose digit table would be a unique
   // symbol that keeps the library from unloading.
-  char digits[12];
-  char* const end = digits + sizeof digits;
-  char* at = end;
+  char* at = m_text + kEnd;
+  *at = '\0';
   unsigned magnitude = value < 0 ? 0u - static_cast<unsigned>(value) : static_cast<unsigned>(value);
   do {
     *--at = static_cast<char>('0' + magnitude % 10);
     magnitude /= 10;
   } while (magnitude != 0);
   if (value < 0) *--at = '-';
-  return CString(at, static_cast<int>(end - at));
+  m_begin = at;
 }
 
-CString EncodeValue(Encoding encoding, int value) {
-  if (encoding == Encoding::Flag) return CString(value != 0 ? "TRUE" : "FALSE");
-  return IntegerText(value);
+ValueText::ValueText(Encoding encoding, int value) : m_digits(value) {
+  if (encoding == Encoding::Flag)
+    m_text = value != 0 ? "TRUE" : "FALSE";
+  else
+    m_text = m_digits.c_str();
 }
 
-CString EncodeValue(Encoding encoding, unsigned int value) {
-  // Printed as the signed 32-bit value, so 4294967295 is stored as -1.
-  return EncodeValue(encoding, static_cast<int>(value));
-}
-
-CString EncodeValue(Encoding /*encoding*/, const CString& value) { return value; }
-
-CString EncodeValue(Encoding encoding, long value) {
-  return EncodeValue(encoding, static_cast<int>(value));
-}
+ValueText::ValueText(Encoding /*encoding*/, const CString& value)
+    : m_digits(0), m_text(value.GetString()) {}
 
 void DecodeValue(Encoding encoding, const char* text, int* value) {
   if (encoding == Encoding::Flag)
@@ -65,40 +57,57 @@ void DecodeValue(Encoding encoding, const char* text, long* value) {
   *value = decoded;
 }
 
-KeyName::KeyName(const char* pattern, const CString& fill) {
-  const KeyParts parts =
-      FillKeyPattern(pattern, std::string_view(fill.GetString(), fill.GetLength()));
-  if (parts.size() < sizeof m_short) {
+ShortText::ShortText(std::string_view head, std::string_view middle, std::string_view tail)
+    : m_size(head.size() + middle.size() + tail.size()) {
+  if (m_size < sizeof m_short) {
     char* to = m_short;
-    for (std::string_view part : {parts.head, parts.fill, parts.tail})
-      to = std::copy(part.begin(), part.end(), to);
-    *to = '\0';
-    m_text = m_short;
+    std::memcpy(to, head.data(), head.size());
+    to += head.size();
+    std::memcpy(to, middle.data(), middle.size());
+    to += middle.size();
+    std::memcpy(to, tail.data(), tail.size());
+    to[tail.size()] = '\0';
   } else {
-    m_long.append(parts.head).append(parts.fill).append(parts.tail);
-    m_text = m_long.c_str();
+    m_short[0] = '\0';
+    m_long.reserve(m_size);
+    m_long.append(head).append(middle).append(tail);
   }
 }
 
-KeyTarget::KeyTarget(State state, const CString* file, CString section, CString fill)
-    : m_state(state), m_file(file), m_section(std::move(section)), m_fill(std::move(fill)) {}
+ShortText& ShortText::operator=(const ShortText& other) {
+  if (this == &other) return *this;
+  m_size = other.m_size;
+  if (other.m_long.empty()) {
+    std::memcpy(m_short, other.m_short, m_size + 1);
+    m_long.clear();
+  } else {
+    m_short[0] = '\0';
+    m_long = other.m_long;
+  }
+  return *this;
+}
 
-KeyTarget KeyTarget::In(const CString& file, CString section, CString fill) {
-  return KeyTarget(State::Ready, &file, std::move(section), std::move(fill));
+KeyTarget::KeyTarget(State state, const char* file, std::string_view section,
+                     std::string_view fill)
+    : m_state(state), m_file(file), m_section(section), m_fill(fill) {}
+
+KeyTarget KeyTarget::In(const CString& file, std::string_view section, std::string_view fill) {
+  return KeyTarget(State::Ready, file.GetString(), section, fill);
 }
 
 KeyTarget KeyTarget::Unusable() { return KeyTarget(State::Unusable, nullptr, {}, {}); }
 KeyTarget KeyTarget::Inert() { return KeyTarget(State::Inert, nullptr, {}, {}); }
 
-bool KeyTarget::WriteKey(const char* pattern, const CString& value) const {
-  const KeyName key(pattern, m_fill);
-  return WritePrivateProfileStringA(m_section, key.c_str(), value, *m_file) != 0;
+bool KeyTarget::WriteKey(const char* pattern, const char* value) const {
+  const ShortText key = KeyName(pattern, m_fill.view());
+  return WritePrivateProfileStringA(m_section.c_str(), key.c_str(), value, m_file) != 0;
 }
 
 bool KeyTarget::ReadKey(const char* pattern, DWORD readBuffer, char* text) const {
-  const KeyName key(pattern, m_fill);
+  const ShortText key = KeyName(pattern, m_fill.view());
   text[0] = '\0';
-  GetPrivateProfileStringA(m_section, key.c_str(), kMissingValue, text, readBuffer, *m_file);
+  GetPrivateProfileStringA(m_section.c_str(), key.c_str(), kMissingValue, text, readBuffer,
+                           m_file);
   return std::strcmp(text, kMissingValue) != 0;
 }
 

@@ -12,6 +12,7 @@
 #include <array>
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <tuple>
 #include <utility>
 
@@ -19,33 +20,70 @@
 
 namespace tolvex {
 
-CString EncodeValue(Encoding encoding, int value);
-CString EncodeValue(Encoding encoding, unsigned int value);
-CString EncodeValue(Encoding encoding, const CString& value);
-// The edges of a tagRECT are LONG, which Windows (LLP64) makes a 32-bit long.
-CString EncodeValue(Encoding encoding, long value);
+// `value` as "%d" prints it, held in place.
+class IntegerDigits {
+ public:
+  explicit IntegerDigits(int value);
+  IntegerDigits(const IntegerDigits&) = delete;
+  IntegerDigits& operator=(const IntegerDigits&) = delete;
+  const char* c_str() const { return m_begin; }
+  std::string_view view() const {
+    return std::string_view(m_begin, static_cast<std::size_t>(m_text + kEnd - m_begin));
+  }
+
+ private:
+  static constexpr std::size_t kEnd = 11;  // the NUL's place: ten digits and a sign before it
+  char m_text[kEnd + 1];
+  const char* m_begin;
+};
+
+// A value as the template file keeps it, ready to be written: a number or flag printed in
+// place, a text referred to where it lies (it lives no longer than the call that made it).
+class ValueText {
+ public:
+  ValueText(Encoding encoding, int value);
+  // Printed as the signed 32-bit value, so 4294967295 is stored as -1.
+  ValueText(Encoding encoding, unsigned int value)
+      : ValueText(encoding, static_cast<int>(value)) {}
+  // The edges of a tagRECT are LONG, which Windows (LLP64) makes a 32-bit long.
+  ValueText(Encoding encoding, long value) : ValueText(encoding, static_cast<int>(value)) {}
+  ValueText(Encoding encoding, const CString& value);
+  ValueText(const ValueText&) = delete;
+  ValueText& operator=(const ValueText&) = delete;
+  const char* c_str() const { return m_text; }
+
+ private:
+  IntegerDigits m_digits;
+  const char* m_text;
+};
+
 void DecodeValue(Encoding encoding, const char* text, int* value);
 void DecodeValue(Encoding encoding, const char* text, unsigned int* value);
 void DecodeValue(Encoding encoding, const char* text, long* value);
 void DecodeValue(Encoding encoding, const char* text, CString* value);
 
-// `value` as "%d" prints it.
-CString IntegerText(int value);
-
-// A key's name: `pattern` with its placeholder replaced by `fill`. Built in place, so that the
-// names of the accessors' keys need no allocation; a longer one goes to the heap.
-class KeyName {
+// A short text kept in place, as the names of sections and keys are, so that making one needs
+// no allocation; a longer one goes to the heap. Built from up to three pieces.
+class ShortText {
  public:
-  KeyName(const char* pattern, const CString& fill);
-  KeyName(const KeyName&) = delete;
-  KeyName& operator=(const KeyName&) = delete;
-  const char* c_str() const { return m_text; }
+  explicit ShortText(std::string_view head = {}, std::string_view middle = {},
+                     std::string_view tail = {});
+  ShortText(const ShortText& other) : ShortText(other.view()) {}
+  ShortText& operator=(const ShortText& other);
+  const char* c_str() const { return m_long.empty() ? m_short : m_long.c_str(); }
+  std::string_view view() const { return std::string_view(c_str(), m_size); }
 
  private:
-  char m_short[64];
+  char m_short[40];
+  std::size_t m_size = 0;
   std::string m_long;
-  const char* m_text;
 };
+
+// A key's name: `pattern` with its placeholder replaced by `fill`.
+inline ShortText KeyName(const char* pattern, std::string_view fill) {
+  const KeyParts parts = FillKeyPattern(pattern, fill);
+  return ShortText(parts.head, parts.fill, parts.tail);
+}
 
 // Where a family's keys live for one call: the template file, the section, and the text that
 // fills the key patterns' placeholder. A target refers to the caller's file name, so it lives
@@ -53,7 +91,8 @@ class KeyName {
 // and touches nothing) or inert (the call succeeds with 1 and touches nothing).
 class KeyTarget {
  public:
-  static KeyTarget In(const CString& file, CString section, CString fill = CString());
+  static KeyTarget In(const CString& file, std::string_view section,
+                      std::string_view fill = {});
   static KeyTarget Unusable();
   static KeyTarget Inert();
 
@@ -101,9 +140,9 @@ class KeyTarget {
  private:
   enum class State { Ready, Unusable, Inert };
 
-  KeyTarget(State state, const CString* file, CString section, CString fill);
+  KeyTarget(State state, const char* file, std::string_view section, std::string_view fill);
 
-  bool WriteKey(const char* pattern, const CString& value) const;
+  bool WriteKey(const char* pattern, const char* value) const;
   // The sentinel read of one key into `text` (a buffer of at least kLongRead bytes);
   // false when the key counts as missing.
   bool ReadKey(const char* pattern, DWORD readBuffer, char* text) const;
@@ -118,7 +157,7 @@ class KeyTarget {
 
   template <std::size_t N, typename... V, std::size_t... I>
   int WriteAll(const KeyFamily<N>& family, std::index_sequence<I...>, const V&... values) const {
-    return (WriteKey(family.keys[I], EncodeValue(family.encoding, values)) && ...);
+    return (WriteKey(family.keys[I], ValueText(family.encoding, values).c_str()) && ...);
   }
 
   template <std::size_t N, typename... T, std::size_t... I>
@@ -137,9 +176,9 @@ class KeyTarget {
   }
 
   State m_state;
-  const CString* m_file;
-  CString m_section;
-  CString m_fill;
+  const char* m_file;  // the caller's
+  ShortText m_section;
+  ShortText m_fill;
 };
 
 }  // namespace tolvex

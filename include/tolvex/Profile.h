@@ -80,6 +80,12 @@ TOLVEX_PROFILE_API BOOL TolvexCommitProfileEdit(TolvexProfileEdit* edit);
 // child's copy; the parent's lock stays. NULL is ignored. A thread that ends with an edit
 // open drops it as if this were called.
 TOLVEX_PROFILE_API void TolvexEndProfileEdit(TolvexProfileEdit* edit);
+// When the calling thread has an edit of `file` open (`file` named by the path rules above),
+// hands `take` the file's bytes as the edit holds them, in order and in one or more pieces,
+// and returns TRUE; else returns FALSE and calls nothing. A reader that parses the file itself
+// (the renderer does) sees the edit's changes through this.
+typedef void (*TolvexTakeBytes)(void* context, const char* bytes, size_t size);
+TOLVEX_PROFILE_API BOOL TolvexReadProfileEdit(LPCSTR file, TolvexTakeBytes take, void* context);
 
 // Replaces (or creates) the file `path` with the `size` bytes at `bytes`, as the functions
 // above replace a profile file: atomically and durably (a reader, a crash or a full disk

@@ -18,13 +18,16 @@ using reference::EditProfileText;
 using reference::IniDocument;
 using reference::ReadProfileText;
 
-// "@" and "`", "[x" and "{x" differ in the bit that case folding ignores; the last name is
-// longer than the names an ANSI file looks up without a string of their own.
+// "@" and "`", "[x" and "{x" differ in the bit that case folding ignores; names and values
+// longer than eight bytes hold the bytes that change a line past their first eight; the last
+// name is longer than the names an ANSI file looks up without a string of their own.
 const char* const kNames[] = {"s", "S", " s ", "", "k", "K2", "[x", "{x", "a]b", "=", ";c", "a=b",
                               "\x1a", "x\r\ny", "b  c", "\xC9", "@", "`", "LongerName12",
+                              "LongerName=12", "LongerName12\n",
                               "LnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLn"
                               "LnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLnLn"};
-const char* const kValues[] = {"1", "", "  v ", "\"q\"", "]", "x]", "a\nb", "[t]", "\xE9", "=="};
+const char* const kValues[] = {"1",   "",      "  v ", "\"q\"", "]",
+                               "x]",  "a\nb",  "[t]",  "\xE9", "==", "a longer\r value"};
 const char* const kLines[] = {"[s]", "[S]", "k=1", "K=2", "=e", "=f", "[]", "valueless", "[x",
                               "  k2 = v ", ";c=3", "", "   ", "[a]b]", "x="};
 const char* const kBreaks[] = {"\r\n", "\n", "\r", "\n\r", "\r\n\r\n", ""};
@@ -122,6 +125,22 @@ TEST(IndexedIniEdit, LongRunsOfChangesAreCompactedWithoutChangingAByte) {
       ASSERT_LT(indexed.MemoryUse(), 3 * bytes.size() + (16u << 10));
     }
   }
+}
+
+// A value read again is found without a lookup while its line is unchanged. After a
+// compaction a changed line can take the place in the buffer of changed lines that it had
+// before, with its line break at the same place ("k=ab" and "k=c "): it must read as changed.
+TEST(IndexedIniEdit, AValueReadAgainAfterACompactionReadsItsChange) {
+  IndexedIni indexed(std::string("[s]\r\nk=a\r\n"));
+  char got[8] = {};
+  indexed.Write("s", "k", "ab");
+  ASSERT_EQ(indexed.Read("s", "k", "", got, sizeof got), 2u);
+  const std::string large(8192, 'x');
+  indexed.Write("s", "j", large.c_str());
+  indexed.Write("s", "j", (large + "y").c_str());  // the first value's line is compacted away
+  indexed.Write("s", "k", "c ");
+  EXPECT_EQ(indexed.Read("s", "k", "", got, sizeof got), 1u);
+  EXPECT_STREQ(got, "c");
 }
 
 // Files larger than a piece, with a line longer than one, in both widths: the pieces join to the
