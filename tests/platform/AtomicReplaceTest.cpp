@@ -1,4 +1,5 @@
-// A writer killed at any step of its replace leaves the old bytes. What it keeps of the file it replaces is per system (posix/, win32/).
+// A writer killed at any step of its replace leaves the old bytes. What it keeps of the file it
+// replaces is per system (posix/, win32/).
 #include <gtest/gtest.h>
 #include <tolvex/Profile.h>
 

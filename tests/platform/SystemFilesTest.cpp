@@ -1,5 +1,6 @@
 // What every system does with its own kind of file (SystemFiles.h): a write keeps the marks of
-// the file it replaces, and pipes and devices are refused without waiting. What only one system has is in its folder's SystemFilesTest.cpp.
+// the file it replaces, and pipes and devices are refused without waiting. What only one system
+// has is in its folder's SystemFilesTest.cpp.
 #include "platform/SystemFiles.h"
 
 #include <gtest/gtest.h>
