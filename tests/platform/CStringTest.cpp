@@ -7,22 +7,13 @@
 
 namespace {
 
-TEST(CString, ConstructionAssignmentAndMoveKeepCountedBytes) {
-  CString empty;
-  CString fromNull(static_cast<const char*>(nullptr));
-  EXPECT_TRUE(empty.IsEmpty());
-  EXPECT_TRUE(fromNull.IsEmpty());
-  EXPECT_STREQ("", static_cast<const char*>(empty));
-
+TEST(CString, CountedBytesSurviveCopiesAndAssignmentFromItsOwnBuffer) {
+  EXPECT_TRUE(CString(static_cast<const char*>(nullptr)).IsEmpty());
   CString withNul("a\0b", 3);
   EXPECT_EQ(3, withNul.GetLength());
-  EXPECT_EQ('b', withNul.GetAt(2));
   EXPECT_EQ('\0', withNul.GetAt(3)) << "out of range reads as NUL";
-
-  CString copy(withNul);
-  CString moved(std::move(copy));
+  CString moved(std::move(withNul));
   EXPECT_EQ(3, moved.GetLength());
-  EXPECT_TRUE(copy.IsEmpty());  // NOLINT: a moved-from CString is empty
   CString assigned;
   assigned = moved;
   assigned = assigned.GetString() + 1;  // assigning from its own buffer
@@ -30,8 +21,6 @@ TEST(CString, ConstructionAssignmentAndMoveKeepCountedBytes) {
   assigned = "xyz";
   assigned = assigned.GetString() + 1;
   EXPECT_EQ("yz", assigned);
-  assigned.Empty();
-  EXPECT_TRUE(assigned.IsEmpty());
 }
 
 TEST(CString, FormatFollowsPrintf) {
@@ -40,25 +29,9 @@ TEST(CString, FormatFollowsPrintf) {
   EXPECT_EQ("NumOfButton-2", s);
   s.Format("%d", static_cast<int>(4294967295u));
   EXPECT_EQ("-1", s);
-  s.Format("%s", "");
-  EXPECT_TRUE(s.IsEmpty());
   const std::string big(5000, 'q');
   s.Format("<%s>", big.c_str());
   EXPECT_EQ(5002, s.GetLength());
-}
-
-TEST(CString, ConcatenationAndComparison) {
-  CString a("Button");
-  a += CString("Bmp");
-  a += '3';
-  EXPECT_EQ("ButtonBmp3", a);
-  EXPECT_EQ("x-y", CString("x") + "-" + CString("y"));
-  EXPECT_EQ("pre-x", "pre-" + CString("x"));
-  EXPECT_TRUE(CString("a") < CString("b"));
-  EXPECT_TRUE(CString("a") < "ab");
-  EXPECT_TRUE("a" < CString("b"));
-  EXPECT_TRUE(CString("A") != "a") << "comparison keeps case";
-  EXPECT_TRUE(CString("a\0b", 3) != CString("a\0c", 3)) << "comparison counts every byte";
 }
 
 }  // namespace

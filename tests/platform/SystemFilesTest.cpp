@@ -1,6 +1,6 @@
 // What every system does with its own kind of file (SystemFiles.h): a write keeps the marks of
-// the file it replaces, every spelling of a name reaches one edit, and pipes and devices are
-// refused without waiting. What only one system has is in its folder's SystemFilesTest.cpp.
+// the file it replaces, and pipes and devices are refused without waiting. What only one system
+// has is in its folder's SystemFilesTest.cpp.
 #include "platform/SystemFiles.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +13,6 @@
 namespace tolvex::test {
 namespace {
 
-// Written directly and through an edit's commit.
 TEST(AtomicReplace, KeepsTheMarksOfTheFileItReplaces) {
   TempDir dir;
   const std::string path = dir.File("t.ini");
@@ -21,28 +20,7 @@ TEST(AtomicReplace, KeepsTheMarksOfTheFileItReplaces) {
   MarkToKeep(path);
   ASSERT_TRUE(WritePrivateProfileStringA("s", "k", "2", path.c_str()));
   EXPECT_TRUE(StillMarked(path));
-  TolvexProfileEdit* edit = TolvexBeginProfileEdit(path.c_str());
-  ASSERT_NE(edit, nullptr);
-  EXPECT_TRUE(WritePrivateProfileStringA("s", "k", "3", path.c_str()));
-  EXPECT_TRUE(TolvexCommitProfileEdit(edit));
-  TolvexEndProfileEdit(edit);
-  EXPECT_TRUE(StillMarked(path));
-  EXPECT_EQ(ReadFile(path), "[s]\r\nk=3\r\n");
-}
-
-TEST(ProfilePath, EverySpellingOfANameReachesTheSameEdit) {
-  TempDir dir;
-  const std::string path = dir.File("t.ini");
-  WriteFile(path, "[s]\r\n");
-  TolvexProfileEdit* edit = TolvexBeginProfileEdit(path.c_str());
-  ASSERT_NE(edit, nullptr);
-  const std::vector<std::string> spellings = OtherSpellings(dir.path());  // two of them
-  EXPECT_TRUE(WritePrivateProfileStringA("s", "a", "1", spellings.at(0).c_str()));
-  EXPECT_TRUE(WritePrivateProfileStringA("s", "b", "2", spellings.at(1).c_str()));
-  EXPECT_EQ(ReadFile(path), "[s]\r\n");
-  EXPECT_TRUE(TolvexCommitProfileEdit(edit));
-  TolvexEndProfileEdit(edit);
-  EXPECT_EQ(ReadFile(path), "[s]\r\na=1\r\nb=2\r\n");
+  EXPECT_EQ(ReadFile(path), "[s]\r\nk=2\r\n");
 }
 
 TEST(HostileFiles, PipesAndDevicesAreRefusedWithoutWaiting) {

@@ -1,48 +1,26 @@
-// CMenuTitle and CMenuButton as one table of fields: each field keeps the value given, leaves
-// the others alone, and goes with copies; a button's title fill copies every title field.
+// CMenuButton as one table of fields: each field keeps the value given, leaves the others
+// alone, and goes with copies.
 #include <tolvex/MenuButton.h>
-#include <tolvex/MenuTitle.h>
 
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 namespace tolvex::test {
 namespace {
 
-template <typename R>
 struct Field {
   const char* name;
-  std::function<void(R&)> set;          // sets a value unlike the default
-  std::function<std::string(R&)> get;
+  std::function<void(CMenuButton&)> set;  // sets a value unlike the default
+  std::function<std::string(CMenuButton&)> get;
   const char* value, *initial;
 };
 
 std::string Text(long long a, long long b) { return std::to_string(a) + "," + std::to_string(b); }
 
-const std::vector<Field<CMenuTitle>> kTitleFields = {
-    {"pos", [](CMenuTitle& t) { tagPOINT p{-12, -34}; t.SetPos(&p); },
-     [](CMenuTitle& t) { tagPOINT p{}; t.GetPos(&p); return Text(p.x, p.y); }, "-12,-34", "0,0"},
-    {"title", [](CMenuTitle& t) { t.SetTitle("Chapter One"); },
-     [](CMenuTitle& t) { CString s; t.GetTitle(&s); return std::string(s.GetString()); }, "Chapter One", ""},
-    {"font name", [](CMenuTitle& t) { t.SetFontName("DejaVu Sans"); },
-     [](CMenuTitle& t) { CString s; t.GetFontName(&s); return std::string(s.GetString()); }, "DejaVu Sans", ""},
-    {"font size", [](CMenuTitle& t) { t.SetFontSize(4294967295u); },
-     [](CMenuTitle& t) { unsigned v = 0; t.GetFontSize(&v); return std::to_string(v); }, "4294967295", "0"},
-    {"italic", [](CMenuTitle& t) { t.SetFontItalic(-1); },
-     [](CMenuTitle& t) { int v = 0; t.GetFontItalic(&v); return std::to_string(v); }, "-1", "0"},
-    {"bold", [](CMenuTitle& t) { t.SetFontBold(7); },
-     [](CMenuTitle& t) { int v = 0; t.GetFontBold(&v); return std::to_string(v); }, "7", "0"},
-    {"underline", [](CMenuTitle& t) { t.SetFontUnderline(2); },
-     [](CMenuTitle& t) { int v = 0; t.GetFontUnderline(&v); return std::to_string(v); }, "2", "0"},
-    {"rgb", [](CMenuTitle& t) { t.SetFontRGB(0xFFFFFFFFul); },
-     [](CMenuTitle& t) { unsigned long v = 0; t.GetFontRGB(&v); return std::to_string(v); }, "4294967295", "0"},
-};
-
-const std::vector<Field<CMenuButton>> kButtonFields = {
+const std::vector<Field> kFields = {
     {"rect", [](CMenuButton& b) { tagRECT r{300, -40, 100, -200}; b.SetRect(&r); },  // left beyond right
      [](CMenuButton& b) { tagRECT r{}; b.GetRect(&r); return Text(r.left, r.top) + "," + Text(r.right, r.bottom); },
      "300,-40,100,-200", "0,0,0,0"},
@@ -58,43 +36,22 @@ const std::vector<Field<CMenuButton>> kButtonFields = {
      [](CMenuButton& b) { tagPOINT p{}; b.GetNavigationInfo(&p); return Text(p.x, p.y); }, "3,-4", "0,0"},
 };
 
-template <typename R>
-void ExpectFieldsKeepTheirValues(const std::vector<Field<R>>& fields) {
-  for (const Field<R>& field : fields) {
-    R record;
+TEST(Records, EveryButtonFieldKeepsItsValueAloneAndInCopies) {
+  for (const Field& field : kFields) {
+    CMenuButton record;
     field.set(record);
-    for (const Field<R>& other : fields)
+    for (const Field& other : kFields)
       EXPECT_EQ(&other == &field ? other.value : other.initial, other.get(record))
           << other.name << " after setting " << field.name;
   }
-  R original, assigned;
-  for (const Field<R>& field : fields) field.set(original);
-  R copied(original);
+  CMenuButton original, assigned;
+  for (const Field& field : kFields) field.set(original);
+  CMenuButton copied(original);
   assigned = original;
-  for (const Field<R>& field : fields) {
+  for (const Field& field : kFields) {
     EXPECT_EQ(field.value, field.get(copied)) << field.name << " of a copy";
     EXPECT_EQ(field.value, field.get(assigned)) << field.name << " of an assigned record";
   }
-}
-
-TEST(Records, EveryFieldKeepsItsValueAloneAndInCopies) {
-  ExpectFieldsKeepTheirValues(kTitleFields);
-  ExpectFieldsKeepTheirValues(kButtonFields);
-}
-
-TEST(Records, ButtonTitleFillCopiesEveryFieldIntoTheReferencedTitle) {
-  CMenuTitle source, referenced;
-  for (const auto& field : kTitleFields) field.set(source);
-  CMenuButton button;
-  EXPECT_EQ(1, button.SetTitle(&referenced)) << "reports success but sets nothing";
-  EXPECT_EQ(0, button.GetTitle(&source)) << "so there is no title to fill";
-  // No operation sets the reference: place it as the first member of a standard-layout class.
-  static_assert(std::is_standard_layout_v<CMenuButton>);
-  *reinterpret_cast<CMenuTitle**>(&button) = &referenced;
-  CMenuButton copied(button);
-  EXPECT_EQ(0, copied.GetTitle(nullptr));
-  EXPECT_EQ(1, copied.GetTitle(&source));
-  for (const auto& field : kTitleFields) EXPECT_EQ(field.value, field.get(referenced)) << field.name;
 }
 
 }  // namespace

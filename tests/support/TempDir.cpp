@@ -3,26 +3,21 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
-#include <sstream>
 
 namespace tolvex::test {
 
 TempDir::TempDir() {
   // A new folder of a random name; create_directory fails on a name that is taken.
   std::random_device seed;
-  std::mt19937_64 random((static_cast<uint64_t>(seed()) << 32) ^ seed());
   const std::filesystem::path base = std::filesystem::temp_directory_path();
   for (int attempt = 0; attempt < 100 && m_path.empty(); ++attempt) {
-    char name[32];
-    std::snprintf(name, sizeof name, "tolvex-test-%08llx",
-                  static_cast<unsigned long long>(random() & 0xffffffffu));
+    const std::filesystem::path folder = base / ("tolvex-test-" + std::to_string(seed()));
     std::error_code error;
-    if (std::filesystem::create_directory(base / name, error)) m_path = (base / name).string();
+    if (std::filesystem::create_directory(folder, error)) m_path = folder.string();
   }
   if (m_path.empty()) ADD_FAILURE() << "no temporary folder could be made in " << base;
 }
@@ -52,17 +47,16 @@ bool FileExists(const std::string& path) {
   return std::filesystem::exists(std::filesystem::symlink_status(path, ignored));
 }
 
+constexpr auto kWritable = std::filesystem::perms::owner_write |
+                          std::filesystem::perms::group_write |
+                          std::filesystem::perms::others_write;
+
 void MakeReadOnly(const std::string& path) {
-  std::filesystem::permissions(path, std::filesystem::perms::owner_write |
-                                         std::filesystem::perms::group_write |
-                                         std::filesystem::perms::others_write,
-                               std::filesystem::perm_options::remove);
+  std::filesystem::permissions(path, kWritable, std::filesystem::perm_options::remove);
 }
 
 bool IsReadOnly(const std::string& path) {
-  const auto writable = std::filesystem::perms::owner_write | std::filesystem::perms::group_write |
-                        std::filesystem::perms::others_write;
-  return (std::filesystem::status(path).permissions() & writable) == std::filesystem::perms::none;
+  return (std::filesystem::status(path).permissions() & kWritable) == std::filesystem::perms::none;
 }
 
 }  // namespace tolvex::test

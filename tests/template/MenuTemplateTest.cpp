@@ -1,4 +1,4 @@
-// The CMenuTemplate object: its binding to a template file, copies, and copying the file.
+// The CMenuTemplate object: its binding to a template file.
 #include <tolvex/MenuTemplate.h>
 
 #include <gtest/gtest.h>
@@ -25,33 +25,6 @@ TEST_F(MenuTemplateObject, BindingCreatesNothingUntilTheFirstWrite) {
   EXPECT_FALSE(FileExists(path)) << "a getter never creates the file";
   ASSERT_EQ(1, tpl.SetMaxNumOfButtons(4));
   EXPECT_EQ("[Background]\r\nMaximumNumberOfButton=4\r\n", Bytes());
-}
-
-TEST_F(MenuTemplateObject, CopiesAndRebindingMoveOnlyTheirOwnCalls) {
-  CMenuTemplate copy(tpl), assigned;
-  assigned = tpl;
-  assigned = assigned;  // self-assignment keeps the binding
-  EXPECT_EQ(CString(path.c_str()), BoundFile(copy));
-  EXPECT_EQ(CString(path.c_str()), BoundFile(assigned));
-  const std::string other = dir.File("other.ini");
-  EXPECT_EQ(1, copy.SetTemplateFile(other.c_str()));
-  EXPECT_EQ(CString(path.c_str()), BoundFile(tpl));
-  ASSERT_EQ(1, copy.SetOutMaskFile("mask.bmp"));
-  EXPECT_EQ("[Background]\r\nOutMask=mask.bmp\r\n", ReadFile(other));
-  EXPECT_FALSE(FileExists(path));
-}
-
-TEST_F(MenuTemplateObject, CopyTemplateFileReplacesTheTargetAndStaysBound) {
-  const std::string target = dir.File("copy.ini"), second = dir.File("second.ini");
-  EXPECT_EQ(CString(target.c_str()), tpl.CopyTemplateFile(target.c_str()));
-  EXPECT_FALSE(FileExists(target)) << "nothing to copy yet";
-  tpl.SetMaxNumOfButtons(6);
-  WriteFile(target, "old content");
-  EXPECT_EQ(CString(target.c_str()), tpl.CopyTemplateFile(target.c_str()));
-  EXPECT_EQ(Bytes(), ReadFile(target));
-  EXPECT_EQ(CString(path.c_str()), BoundFile(tpl));
-  EXPECT_EQ(CString(second.c_str()), tpl.CopyTemplateFile(second.c_str(), target.c_str()));
-  EXPECT_EQ(Bytes(), ReadFile(second));
 }
 
 }  // namespace

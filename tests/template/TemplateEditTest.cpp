@@ -1,6 +1,5 @@
 // TemplateEdit over CMenuTemplate: a page built inside an edit is byte for byte the page built
-// call by call, and the file changes only at the commit. (Every accessor's round trip inside an
-// edit is in AccessorsTest.cpp.)
+// call by call, and the file changes only at the commit.
 #include <tolvex/MenuTemplate.h>
 #include <tolvex/TemplateEdit.h>
 
@@ -26,13 +25,6 @@ TEST(TemplateEdit, PageBuiltInAnEditIsTheSamePageAsCallByCall) {
     EXPECT_FALSE(edit.IsOpen());
   }
   EXPECT_EQ(ReadFile(edited), ReadFile(direct));
-}
-
-TEST(TemplateEdit, AnUnboundObjectHasNoEdit) {
-  CMenuTemplate unboundMenu;
-  TemplateEdit unbound(unboundMenu);
-  EXPECT_FALSE(unbound.IsOpen());
-  EXPECT_FALSE(unbound.Commit());
 }
 
 }  // namespace

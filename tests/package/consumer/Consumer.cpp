@@ -1,5 +1,6 @@
 // Writes a menu template through the installed library, in one edit, reads it back with a
 // second object and prints "ok". Usage: consumer TEMPLATE
+// The record headers are included only to show that they are installed and stand alone.
 #include <tolvex/MenuButton.h>
 #include <tolvex/MenuTemplate.h>
 #include <tolvex/MenuTitle.h>
@@ -27,18 +28,8 @@ int main(int argc, char** argv) {
   const bool read = reader.GetCurrentNumOfButtons(&count) && reader.GetBkTitle(&title) &&
                     reader.GetBtnPosition(1, &rect) && reader.GetBtnTitle(1, &buttonTitle);
 
-  CMenuTitle record;
-  record.SetTitle(buttonTitle);
-  CMenuButton button;
-  button.SetRect(&rect);
-  CString recordTitle;
-  tagRECT recordRect{};
-  record.GetTitle(&recordTitle);
-  button.GetRect(&recordRect);
-
-  if (!written || !read || count != 3 || title != "Main Menu" || recordTitle != "Play" ||
-      recordRect.left != 10 || recordRect.top != 20 || recordRect.right != 110 ||
-      recordRect.bottom != 60) {
+  if (!written || !read || count != 3 || title != "Main Menu" || buttonTitle != "Play" ||
+      rect.left != 10 || rect.top != 20 || rect.right != 110 || rect.bottom != 60) {
     std::fprintf(stderr, "round trip failed: written %d, read %d\n", written, read);
     return 1;
   }
