@@ -61,12 +61,12 @@ ShortText::ShortText(std::string_view head, std::string_view middle, std::string
     : m_size(head.size() + middle.size() + tail.size()) {
   if (m_size < sizeof m_short) {
     char* to = m_short;
-    std::memcpy(to, head.data(), head.size());
-    to += head.size();
-    std::memcpy(to, middle.data(), middle.size());
-    to += middle.size();
-    std::memcpy(to, tail.data(), tail.size());
-    to[tail.size()] = '\0';
+    for (std::string_view piece : {head, middle, tail}) {
+      if (piece.empty()) continue;  // an empty view may hold no pointer at all
+      std::memcpy(to, piece.data(), piece.size());
+      to += piece.size();
+    }
+    *to = '\0';
   } else {
     m_short[0] = '\0';
     m_long.reserve(m_size);
