@@ -1,4 +1,4 @@
-// CreateMenuBmp and ImageResize, probed pixel by pixel.
+// CreateMenuBmp probed pixel by pixel, and the sizes and files ImageResize refuses.
 #include <tolvex/MenuBmp.h>
 #include <tolvex/MenuMask.h>
 
@@ -9,7 +9,6 @@
 
 #include "renderer/RenderTestSupport.h"
 #include "renderer/SystemCases.h"
-#include "renderer/TitleText.h"
 #include "support/Environment.h"
 
 namespace tolvex::test {
@@ -135,29 +134,6 @@ TEST_F(MenuBmp, TitlesLieInTheirBoxAntiAliasedAtThePixelSizeOnABackgroundOfCanva
   EXPECT_NEAR((button.bounds.left + button.bounds.right) / 2, 250, 4);
 }
 
-// The styles are read from the template as the measurement takes them, and an unknown font
-// falls back to the one the measurement names.
-TEST_F(MenuBmp, TitleInkIsWhereTheTitleIsDrawnInTheFontReallyUsed) {
-  render::Title title;
-  title.text = "Qjy \xc9t\xe9";  // descenders and accents, in Windows-1252
-  title.hasPosition = true, title.x = 101, title.y = 47, title.sizePx = 37, title.italic = true;
-  title.underline = true;
-  title.fontName = "No Such Font 12345";
-  tpl.Page({{"BackgroundTitle", title.text}, {"BackgroundTitleFont_Name", title.fontName},
-            {"BackgroundTitlePosition_x", "101"}, {"BackgroundTitlePosition_y", "47"},
-            {"BackgroundTitleFont_Size", "37"}, {"BackgroundTitleFont_Italic", "TRUE"},
-            {"BackgroundTitleFont_Underline", "TRUE"}});
-  const Ink drawn = FindInk(Render(), {0, 0, 720, 480}, kBlack, kWhite);
-  const render::Rect ink = TitleInk(title, render::Rect{0, 0, 720, 480});
-  // Each side as measured, give or take the faintest edge of anti-aliasing.
-  const Box& b = drawn.bounds;
-  EXPECT_NEAR(b.left, ink.left, 1);
-  EXPECT_NEAR(b.top, ink.top, 1);
-  EXPECT_NEAR(b.right, ink.right, 1);
-  EXPECT_NEAR(b.bottom, ink.bottom, 1);
-  EXPECT_EQ(render::FontFamilyUsed(title), "DejaVu Sans");
-}
-
 // (Where the outputs go when the template names them, and that their default names are
 // recorded, is tried in OutputSafetyTest.)
 TEST_F(MenuBmp, ABareTemplateNameLivesInTheProfileFolderWithItsPicturesAndOutputs) {
@@ -220,26 +196,6 @@ class Resize : public ::testing::Test {
   }
   TempDir dir;
 };
-
-TEST_F(Resize, WritesTheSizeAskedInTheFormatOfTheExtension) {
-  const Rgb colour{10, 120, 250};
-  WriteSolidPicture(dir.File("in.png"), 64, 32, colour);
-  const std::pair<const char*, std::string> outputs[] = {
-      {"out.bmp", "BM"}, {"out.unknown", "BM"}, {"out.png", "\x89PNG"},
-      {"out.jpg", "\xff\xd8\xff"}};
-  for (const auto& [name, magic] : outputs) {
-    ASSERT_NE(Run("in.png", name, 20, 10), 0) << name;
-    EXPECT_EQ(ReadFile(dir.File(name)).substr(0, magic.size()), magic) << name;
-  }
-  EXPECT_EQ(CountPixels(Picture::Load(dir.File("out.bmp")), {0, 0, 20, 10}, colour), 200);
-  ASSERT_NE(Run("out.png", "big.jpg", 300, 200), 0);  // enlarged too
-  // A one-pixel checkerboard reduced fivefold is an even grey, not picked black or white.
-  WritePicture(dir.File("board.png"), 50, 50,
-               [](int x, int y) { return (x + y) % 2 ? kWhite : kBlack; });
-  ASSERT_NE(Run("board.png", "grey.bmp", 10, 10), 0);
-  const Picture grey = Picture::Load(dir.File("grey.bmp"));
-  for (int i = 0; i < 100; ++i) EXPECT_NEAR(grey.At(i % 10, i / 10)[1], 128, 12) << i;
-}
 
 TEST_F(Resize, RefusesBadSizesAndUnreadablePictures) {
   WriteSolidPicture(dir.File("in.bmp"), 8, 8, kWhite);
