@@ -39,6 +39,17 @@ BOOL WritePrivateProfileStringA(LPCSTR app, LPCSTR key, LPCSTR value, LPCSTR fil
   }
 }
 
+int TolvexWritePrivateProfileStrings(LPCSTR app, const LPCSTR* keys, const LPCSTR* values,
+                                     int count, LPCSTR file) {
+  if (count <= 0 || !keys || !values) return 0;
+  int written = 0;
+  try {
+    tolvex::platform::WriteProfileStrings(app, keys, values, count, file, &written);
+  } catch (...) {  // std::bad_alloc, the only exception the layer below can raise
+  }
+  return written;
+}
+
 BOOL CopyFileA(LPCSTR existing, LPCSTR newFile, BOOL failIfExists) {
   if (!existing || !newFile) return FALSE;
   try {

@@ -100,4 +100,20 @@ Status WriteProfileString(const char* app, const char* key, const char* value,
   return LockedWrite(app, key, value, path);
 }
 
+Status WriteProfileStrings(const char* app, const char* const* keys, const char* const* values,
+                           int count, const char* file, int* written) {
+  *written = 0;
+  if (count > 0 && app) {
+    if (StagedProfile* staged = StagedFileFor(file)) {
+      for (; *written < count; ++*written) staged->Write(app, keys[*written], values[*written]);
+      return Status::Ok();
+    }
+  }
+  for (; *written < count; ++*written) {
+    const Status status = WriteProfileString(app, keys[*written], values[*written], file);
+    if (!status.ok()) return status;
+  }
+  return Status::Ok();
+}
+
 }  // namespace tolvex::platform

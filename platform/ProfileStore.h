@@ -27,6 +27,11 @@ Status ReadProfileString(const char* app, const char* key, const char* defaultTe
 // (`key` NULL). A failure leaves the file as it was.
 Status WriteProfileString(const char* app, const char* key, const char* value, const char* file);
 
+// `count` such writes of keys in section `app`, in order, stopping at the first failure;
+// `written` gets how many succeeded. Inside an edit the file is found once for all of them.
+Status WriteProfileStrings(const char* app, const char* const* keys, const char* const* values,
+                           int count, const char* file, int* written);
+
 }  // namespace tolvex::platform
 
 #endif  // TOLVEX_PLATFORM_PROFILESTORE_H

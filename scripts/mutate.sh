@@ -25,7 +25,7 @@ racy-time-rule-dropped | platform/ParseCache.cpp | stamp.takenNs - std::max(stam
 edit-ignores-outside-change | platform/ProfileEdit.cpp | status.ok() && !Unchanged(session) | status.ok() && !Unchanged(session) && false | platform_tests
 replace-drops-mode | platform/posix/PosixReplace.cpp | ::fchmod(fd, old->st_mode & 07777); | ; | platform_tests
 record-frame-rgb-ignored | records/MenuButton.cpp | m_FrameRGB = rgb; | (void)rgb; | records_test
-write-goes-on-after-failure | template/ProfileAccess.h | ValueText(family.encoding, values).c_str()) && ...) | ValueText(family.encoding, values).c_str()) & ...) | ACCESSORS
+write-goes-on-after-failure | platform/ProfileStore.cpp | values[*written], file);\n    if (!status.ok()) return status; | values[*written], file);\n    (void)status; | ACCESSORS
 read-fills-partly | template/ProfileAccess.h | return ReadAll(family | return ReadEachOf(family | ACCESSORS
 flag-lowercase-true-refused | template/ProfileAccess.cpp | \|\| std::strcmp(text, "true") == 0 | | ACCESSORS
 integer-sign-dropped | template/ProfileAccess.cpp | if (value < 0) *--at = '"'-'"'; | | ACCESSORS

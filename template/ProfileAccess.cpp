@@ -4,6 +4,7 @@
 
 #include <tolvex/Profile.h>
 
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -98,9 +99,35 @@ KeyTarget KeyTarget::In(const CString& file, std::string_view section, std::stri
 KeyTarget KeyTarget::Unusable() { return KeyTarget(State::Unusable, nullptr, {}, {}); }
 KeyTarget KeyTarget::Inert() { return KeyTarget(State::Inert, nullptr, {}, {}); }
 
-bool KeyTarget::WriteKey(const char* pattern, const char* value) const {
-  const ShortText key = KeyName(pattern, m_fill.view());
-  return WritePrivateProfileStringA(m_section.c_str(), key.c_str(), value, m_file) != 0;
+int KeyTarget::WriteKeys(const char* const* patterns, const char* const* values,
+                         std::size_t count) const {
+  // The key names one after another, each ended by a NUL: in place, or on the heap when long.
+  std::array<KeyParts, kMaxFamilyKeys> parts;
+  std::size_t total = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    parts[i] = FillKeyPattern(patterns[i], m_fill.view());
+    total += parts[i].size() + 1;
+  }
+  char inPlace[256];
+  std::string onHeap;
+  char* to = inPlace;
+  if (total > sizeof inPlace) {
+    onHeap.resize(total);
+    to = &onHeap[0];
+  }
+  std::array<const char*, kMaxFamilyKeys> keys;
+  for (std::size_t i = 0; i < count; ++i) {
+    keys[i] = to;
+    for (std::string_view piece : {parts[i].head, parts[i].fill, parts[i].tail}) {
+      if (piece.empty()) continue;  // an empty view may hold no pointer at all
+      std::memcpy(to, piece.data(), piece.size());
+      to += piece.size();
+    }
+    *to++ = '\0';
+  }
+  const int asked = static_cast<int>(count);
+  return TolvexWritePrivateProfileStrings(m_section.c_str(), keys.data(), values, asked,
+                                          m_file) == asked;
 }
 
 bool KeyTarget::ReadKey(const char* pattern, DWORD readBuffer, char* text) const {

@@ -142,7 +142,10 @@ class KeyTarget {
 
   KeyTarget(State state, const char* file, std::string_view section, std::string_view fill);
 
-  bool WriteKey(const char* pattern, const char* value) const;
+  static constexpr std::size_t kMaxFamilyKeys = 4;
+  // Writes the keys of `patterns` with `values`, `count` of each, in one call of the profile
+  // layer: 1 when every write succeeded.
+  int WriteKeys(const char* const* patterns, const char* const* values, std::size_t count) const;
   // The sentinel read of one key into `text` (a buffer of at least kLongRead bytes);
   // false when the key counts as missing.
   bool ReadKey(const char* pattern, DWORD readBuffer, char* text) const;
@@ -157,7 +160,10 @@ class KeyTarget {
 
   template <std::size_t N, typename... V, std::size_t... I>
   int WriteAll(const KeyFamily<N>& family, std::index_sequence<I...>, const V&... values) const {
-    return (WriteKey(family.keys[I], ValueText(family.encoding, values).c_str()) && ...);
+    static_assert(N <= kMaxFamilyKeys, "a family has at most four keys");
+    const ValueText texts[N] = {ValueText(family.encoding, values)...};
+    const char* const pointers[N] = {texts[I].c_str()...};
+    return WriteKeys(family.keys.data(), pointers, N);
   }
 
   template <std::size_t N, typename... T, std::size_t... I>

@@ -53,6 +53,13 @@ TOLVEX_PROFILE_API DWORD TOLVEX_PROFILE_NAME(GetPrivateProfileStringA)(LPCSTR ap
 TOLVEX_PROFILE_API BOOL TOLVEX_PROFILE_NAME(WritePrivateProfileStringA)(LPCSTR app, LPCSTR key,
                                                                         LPCSTR value, LPCSTR file);
 
+// Sets `count` keys of section `app` of `file`, in order, as that many calls of
+// WritePrivateProfileStringA would, stopping at the first that fails.
+// Returns how many were set. Inside an edit, the file is looked up once for all of them.
+TOLVEX_PROFILE_API int TolvexWritePrivateProfileStrings(LPCSTR app, const LPCSTR* keys,
+                                                        const LPCSTR* values, int count,
+                                                        LPCSTR file);
+
 // Copies `existing` to `newFile`. Returns FALSE when the source is missing, when
 // `failIfExists` is set and the target exists, or when the target is read-only.
 TOLVEX_PROFILE_API BOOL TOLVEX_PROFILE_NAME(CopyFileA)(LPCSTR existing, LPCSTR newFile,
