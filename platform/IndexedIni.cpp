@@ -591,7 +591,9 @@ void IndexedIni::EndWithBreak(Line& line) {
 
 IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
                                          std::string_view value, const uint32_t* keyHash) {
-  if (AppendPlainEntry(section, key, value, keyHash)) return Outcome::kChanged;
+  const size_t plainNameEnd = m_encoding == FileEncoding::kAnsi ? PlainAnsiKey(key, value) : 0;
+  if (plainNameEnd != 0 && keyHash && AppendPlainEntry(section, key, value, *keyHash))
+    return Outcome::kChanged;
   std::string& bytes = m_lineBytes;
   bytes.clear();
   AppendUnits(WithoutLeadingBlanks(key), &bytes);
@@ -605,10 +607,10 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
   // structure: the line is added as text all the same.
   IniLine parse;
   bool plain, keyIsName = false;
-  if (const size_t nameEnd = m_encoding == FileEncoding::kAnsi ? PlainAnsiKey(key, value) : 0) {
+  if (plainNameEnd != 0) {
     // What the line says, known without reading it again.
     parse.hasValue = plain = keyIsName = true;
-    parse.name = {0, nameEnd};
+    parse.name = {0, plainNameEnd};
   } else {
     plain = ParsePlain(bytes, breakAt, &parse) && !parse.isHeader;
   }
@@ -645,9 +647,7 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
 }
 
 bool IndexedIni::AppendPlainEntry(Section& section, std::string_view key, std::string_view value,
-                                  const uint32_t* keyHash) {
-  if (m_encoding != FileEncoding::kAnsi || !keyHash) return false;
-  if (PlainAnsiKey(key, value) == 0) return false;
+                                  uint32_t keyHash) {
   // The section's last line must be the last one added, ending in its own CR LF.
   const Line& last = section.lines.back();
   const size_t end = m_changedLines.size();
@@ -671,7 +671,7 @@ bool IndexedIni::AppendPlainEntry(Section& section, std::string_view key, std::s
   const uint32_t index = static_cast<uint32_t>(section.lines.size());
   section.lines.push_back(line);
   // AddEntry is only asked for a key the section does not have.
-  section.entries.InsertAbsent(*keyHash, index);
+  section.entries.InsertAbsent(keyHash, index);
   return true;
 }
 

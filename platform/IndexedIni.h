@@ -178,11 +178,11 @@ class IndexedIni {
   // `keyHash`, when known, is the hash of the key as the caller gave it.
   Outcome AddEntry(Section& section, std::string_view key, std::string_view value,
                    const uint32_t* keyHash);
-  // AddEntry's common case, an ANSI file's plain entry after the entry added last: the line
-  // goes straight to the end of the buffer of changed lines. False, with nothing done, for
-  // any other case.
+  // AddEntry's common case, an ANSI file's plain entry (PlainAnsiKey) after the entry added
+  // last: the line goes straight to the end of the buffer of changed lines. False, with
+  // nothing done, when the section's last line is not the one added last.
   bool AppendPlainEntry(Section& section, std::string_view key, std::string_view value,
-                        const uint32_t* keyHash);
+                        uint32_t keyHash);
   Outcome AddSection(std::string_view app, std::string_view key, std::string_view value);
   // Gives `line` a line break of its own at its end when its last unit is none.
   void EndWithBreak(Line& line);

@@ -58,16 +58,27 @@ void DecodeValue(Encoding encoding, const char* text, long* value) {
   *value = decoded;
 }
 
+namespace {
+
+// Copies the three pieces to `to`, one after another, and ends them with a NUL; returns the
+// place after the NUL.
+char* CopyPieces(char* to, std::string_view head, std::string_view middle,
+                 std::string_view tail) {
+  for (std::string_view piece : {head, middle, tail}) {
+    if (piece.empty()) continue;  // an empty view may hold no pointer at all
+    std::memcpy(to, piece.data(), piece.size());
+    to += piece.size();
+  }
+  *to = '\0';
+  return to + 1;
+}
+
+}  // namespace
+
 ShortText::ShortText(std::string_view head, std::string_view middle, std::string_view tail)
     : m_size(head.size() + middle.size() + tail.size()) {
   if (m_size < sizeof m_short) {
-    char* to = m_short;
-    for (std::string_view piece : {head, middle, tail}) {
-      if (piece.empty()) continue;  // an empty view may hold no pointer at all
-      std::memcpy(to, piece.data(), piece.size());
-      to += piece.size();
-    }
-    *to = '\0';
+    CopyPieces(m_short, head, middle, tail);
   } else {
     m_short[0] = '\0';
     m_long.reserve(m_size);
@@ -118,12 +129,7 @@ int KeyTarget::WriteKeys(const char* const* patterns, const char* const* values,
   std::array<const char*, kMaxFamilyKeys> keys;
   for (std::size_t i = 0; i < count; ++i) {
     keys[i] = to;
-    for (std::string_view piece : {parts[i].head, parts[i].fill, parts[i].tail}) {
-      if (piece.empty()) continue;  // an empty view may hold no pointer at all
-      std::memcpy(to, piece.data(), piece.size());
-      to += piece.size();
-    }
-    *to++ = '\0';
+    to = CopyPieces(to, parts[i].head, parts[i].fill, parts[i].tail);
   }
   const int asked = static_cast<int>(count);
   return TolvexWritePrivateProfileStrings(m_section.c_str(), keys.data(), values, asked,
