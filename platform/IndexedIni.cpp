@@ -20,11 +20,6 @@ bool HasLineBreak(const Text& units, size_t end) {
   return false;
 }
 
-std::string_view WithoutLeadingBlanks(std::string_view text) {
-  while (!text.empty() && IsBlank(static_cast<unsigned char>(text.front()))) text.remove_prefix(1);
-  return text;
-}
-
 bool IsLineBreak(char byte) { return byte == '\r' || byte == '\n'; }
 
 // Whether some byte of `word` is below `limit` (at most 0x80).
@@ -52,10 +47,10 @@ bool HoldsSpecialByte(std::string_view text, char also, const IsSpecial& isSpeci
 }
 
 // For the common new entry of an ANSI file, a key and a value that the reading rules take as
-// they are: the length of the key's name (trailing blanks dropped), else 0. Such a key starts
-// with no blank and no '[', and holds no '=', NUL or line break; the value holds no line break.
+// they are: the length of the key's name (trailing blanks dropped), else 0. Such a key (given
+// without its leading blanks) starts with no '[', and holds no '=', NUL or line break; the
+// value holds no line break.
 size_t PlainAnsiKey(std::string_view key, std::string_view value) {
-  key = WithoutLeadingBlanks(key);
   if (key.empty() || key.front() == '[') return 0;
   const auto inName = [](char byte) { return byte == '=' || byte == '\0' || IsLineBreak(byte); };
   if (HoldsSpecialByte(key, '=', inName) || HoldsSpecialByte(value, '\r', IsLineBreak)) return 0;
@@ -135,7 +130,7 @@ IndexedIni::LineText IndexedIni::TextOf(std::string_view bytes) const {
 
 std::string_view IndexedIni::BytesOf(const Line& line) const {
   if (line.flags & kChanged)
-    return std::string_view(m_changedLines).substr(line.at * m_width, line.size * m_width);
+    return m_changedLines.view().substr(line.at * m_width, line.size * m_width);
   return std::string_view(m_file).substr(m_mark.size() + line.at * m_width, line.size * m_width);
 }
 
@@ -163,7 +158,7 @@ void IndexedIni::Store(std::string_view bytes, Line* line) {
   line->at = static_cast<uint32_t>(m_changedLines.size() / m_width);
   line->size = static_cast<uint32_t>(bytes.size() / m_width);
   line->flags |= kChanged;
-  m_changedLines += bytes;
+  m_changedLines.Append(bytes);
 }
 
 void IndexedIni::AppendUnits(std::string_view ansi, std::string* out) const {
@@ -468,16 +463,18 @@ bool IndexedIni::Write(const char* app, const char* key, const char* value) {
     AppendUnits(newValue, &m_newValue);
     newValue = m_newValue;
   }
+  // A new line starts with the key as given, without its leading blanks.
+  const std::string_view lineKey = WithoutLeadingBlanks(key);
   Outcome outcome;
   const int found = FindTrimmedSection(app);
   if (found < 0) {
-    outcome = AddSection(app, key, newValue);
+    outcome = AddSection(app, lineKey, newValue);
   } else {
     Section& section = m_sections[found];
     IniLine parse;
     uint32_t hash;
-    const int64_t entry = FindKey(section, TrimBlanks(key), &parse, &hash);
-    outcome = entry < 0 ? AddEntry(section, key, newValue, &hash)
+    const int64_t entry = FindKey(section, TrimBlanks(lineKey), &parse, &hash);
+    outcome = entry < 0 ? AddEntry(section, lineKey, newValue, &hash)
                         : SetExisting(section.lines[entry], parse, newValue);
   }
   if (outcome == Outcome::kReindex) {
@@ -523,9 +520,9 @@ bool IndexedIni::RemoveSection(const char* app) {
 void IndexedIni::Reindex() { *this = IndexedIni(Bytes()); }
 
 void IndexedIni::CompactIfWasteful() {
-  const size_t held = (m_file.size() - m_mark.size() - m_tail.size() + m_changedLines.size()) /
-                      m_width;
-  if (held - m_units <= m_units / 2 + 2048) return;
+  // In bytes, so that the test that runs after every write needs no division.
+  const size_t held = m_file.size() - m_mark.size() - m_tail.size() + m_changedLines.size();
+  if (held - m_units * m_width <= (m_units / 2 + 2048) * m_width) return;
   std::string file;
   file.reserve(ByteSize());
   file += m_mark;
@@ -540,7 +537,7 @@ void IndexedIni::CompactIfWasteful() {
     for (Line& line : section.lines) move(line);
   file += m_tail;
   m_file.swap(file);
-  std::string().swap(m_changedLines);
+  m_changedLines.Release();
   ++m_compactions;
 }
 
@@ -596,7 +593,7 @@ IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
     return Outcome::kChanged;
   std::string& bytes = m_lineBytes;
   bytes.clear();
-  AppendUnits(WithoutLeadingBlanks(key), &bytes);
+  AppendUnits(key, &bytes);
   AppendUnit('=', &bytes);
   bytes += value;
   const size_t breakAt = bytes.size() / m_width;
@@ -654,12 +651,12 @@ bool IndexedIni::AppendPlainEntry(Section& section, std::string_view key, std::s
   if (!(last.flags & kChanged) || last.at + last.size != end || last.size != last.breakAt + 2 ||
       m_changedLines[end - 2] != '\r' || m_changedLines[end - 1] != '\n')
     return false;
-  key = WithoutLeadingBlanks(key);
-  m_changedLines.resize(end + key.size() + value.size() + 3);
-  char* to = &m_changedLines[end];
-  to = std::copy(key.begin(), key.end(), to);
+  char* to = m_changedLines.Extend(key.size() + value.size() + 3);
+  std::memcpy(to, key.data(), key.size());
+  to += key.size();
   *to++ = '=';
-  to = std::copy(value.begin(), value.end(), to);
+  if (!value.empty()) std::memcpy(to, value.data(), value.size());
+  to += value.size();
   to[0] = '\r';
   to[1] = '\n';
   Line line;

@@ -20,6 +20,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/ByteBuffer.h"
 #include "platform/IniLine.h"
 #include "platform/NameIndex.h"
 #include "platform/Status.h"
@@ -55,7 +56,7 @@ class IndexedIni {
   // Room for `bytes` of changed and added lines, so that an edit that builds a file line by
   // line does not copy its lines again each time the buffer of changed lines grows. Memory is
   // only taken as the lines fill it.
-  void ReserveForChanges(size_t bytes) { m_changedLines.reserve(bytes); }
+  void ReserveForChanges(size_t bytes) { m_changedLines.Reserve(bytes); }
 
   // Whether a section called `app` (trimmed, as reads look it up) is in the file.
   bool HasSection(const char* app) const { return FindTrimmedSection(app) >= 0; }
@@ -175,7 +176,7 @@ class IndexedIni {
 
   // The value is in the file's encoding.
   Outcome SetExisting(Line& line, const IniLine& parse, std::string_view value);
-  // `keyHash`, when known, is the hash of the key as the caller gave it.
+  // `key` comes without its leading blanks; `keyHash`, when known, is the hash of its name.
   Outcome AddEntry(Section& section, std::string_view key, std::string_view value,
                    const uint32_t* keyHash);
   // AddEntry's common case, an ANSI file's plain entry (PlainAnsiKey) after the entry added
@@ -206,7 +207,7 @@ class IndexedIni {
   std::string m_mark;  // the byte order mark
   std::string m_tail;  // a last odd byte of a UTF-16 file, which is no unit
   std::string m_file;  // the bytes the form was read from (lines point past the mark)
-  std::string m_changedLines;  // the units of lines changed or added since, in the file's encoding
+  ByteBuffer m_changedLines;   // the units of lines changed or added since, in the file's encoding
   Line m_prefix;               // blank lines before the first line with content
   std::vector<Section> m_sections;
   NameIndex m_firstSection;  // name -> its first section

@@ -39,8 +39,17 @@ inline bool IsBlank(char16_t unit) {
   return (unit >= 0x09 && unit <= 0x0D) || unit == 0x1A || unit == 0x20;
 }
 
+// `text` without the blanks it starts with.
+inline std::string_view WithoutLeadingBlanks(std::string_view text) {
+  while (!text.empty() && IsBlank(static_cast<unsigned char>(text.front()))) text.remove_prefix(1);
+  return text;
+}
 // Both ends of `text` trimmed of blanks.
-std::string_view TrimBlanks(std::string_view text);
+inline std::string_view TrimBlanks(std::string_view text) {
+  text = WithoutLeadingBlanks(text);
+  while (!text.empty() && IsBlank(static_cast<unsigned char>(text.back()))) text.remove_suffix(1);
+  return text;
+}
 
 // Whether `kept` (a name kept from an earlier call, with no NUL in it) is the C string `text`.
 inline bool IsSameName(const std::string& kept, const char* text) {

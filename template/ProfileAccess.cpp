@@ -61,42 +61,31 @@ void DecodeValue(Encoding encoding, const char* text, long* value) {
 namespace {
 
 // Copies the three pieces to `to`, one after another, and ends them with a NUL; returns the
-// place after the NUL.
+// place after the NUL. Names are short: each piece is copied where it is not empty (an empty
+// view may hold no pointer at all).
 char* CopyPieces(char* to, std::string_view head, std::string_view middle,
                  std::string_view tail) {
-  for (std::string_view piece : {head, middle, tail}) {
-    if (piece.empty()) continue;  // an empty view may hold no pointer at all
-    std::memcpy(to, piece.data(), piece.size());
-    to += piece.size();
-  }
+  if (!head.empty()) std::memcpy(to, head.data(), head.size());
+  to += head.size();
+  if (!middle.empty()) std::memcpy(to, middle.data(), middle.size());
+  to += middle.size();
+  if (!tail.empty()) std::memcpy(to, tail.data(), tail.size());
+  to += tail.size();
   *to = '\0';
   return to + 1;
 }
 
 }  // namespace
 
-ShortText::ShortText(std::string_view head, std::string_view middle, std::string_view tail)
-    : m_size(head.size() + middle.size() + tail.size()) {
-  if (m_size < sizeof m_short) {
-    CopyPieces(m_short, head, middle, tail);
+ShortText::ShortText(std::string_view head, std::string_view middle, std::string_view tail) {
+  const std::size_t size = head.size() + middle.size() + tail.size();
+  if (size < kRoom) {
+    CopyPieces(m_text, head, middle, tail);
+    m_size = static_cast<unsigned char>(size);
   } else {
-    m_short[0] = '\0';
-    m_long.reserve(m_size);
-    m_long.append(head).append(middle).append(tail);
+    m_text[0] = '\0';
+    m_fits = false;
   }
-}
-
-ShortText& ShortText::operator=(const ShortText& other) {
-  if (this == &other) return *this;
-  m_size = other.m_size;
-  if (other.m_long.empty()) {
-    std::memcpy(m_short, other.m_short, m_size + 1);
-    m_long.clear();
-  } else {
-    m_short[0] = '\0';
-    m_long = other.m_long;
-  }
-  return *this;
 }
 
 KeyTarget::KeyTarget(State state, const char* file, std::string_view section,
@@ -104,7 +93,9 @@ KeyTarget::KeyTarget(State state, const char* file, std::string_view section,
     : m_state(state), m_file(file), m_section(section), m_fill(fill) {}
 
 KeyTarget KeyTarget::In(const CString& file, std::string_view section, std::string_view fill) {
-  return KeyTarget(State::Ready, file.GetString(), section, fill);
+  KeyTarget target(State::Ready, file.GetString(), section, fill);
+  if (!target.m_section.fits() || !target.m_fill.fits()) return Unusable();
+  return target;
 }
 
 KeyTarget KeyTarget::Unusable() { return KeyTarget(State::Unusable, nullptr, {}, {}); }
@@ -112,24 +103,16 @@ KeyTarget KeyTarget::Inert() { return KeyTarget(State::Inert, nullptr, {}, {}); 
 
 int KeyTarget::WriteKeys(const char* const* patterns, const char* const* values,
                          std::size_t count) const {
-  // The key names one after another, each ended by a NUL: in place, or on the heap when long.
-  std::array<KeyParts, kMaxFamilyKeys> parts;
-  std::size_t total = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    parts[i] = FillKeyPattern(patterns[i], m_fill.view());
-    total += parts[i].size() + 1;
-  }
-  char inPlace[256];
-  std::string onHeap;
-  char* to = inPlace;
-  if (total > sizeof inPlace) {
-    onHeap.resize(total);
-    to = &onHeap[0];
-  }
+  // The key names one after another, each ended by a NUL, in place: the template's names are
+  // all far shorter than a quarter of it.
+  char names[256];
+  char* to = names;
   std::array<const char*, kMaxFamilyKeys> keys;
   for (std::size_t i = 0; i < count; ++i) {
+    const KeyParts parts = FillKeyPattern(patterns[i], m_fill.view());
+    if (parts.size() >= sizeof names / kMaxFamilyKeys) return 0;
     keys[i] = to;
-    to = CopyPieces(to, parts[i].head, parts[i].fill, parts[i].tail);
+    to = CopyPieces(to, parts.head, parts.fill, parts.tail);
   }
   const int asked = static_cast<int>(count);
   return TolvexWritePrivateProfileStrings(m_section.c_str(), keys.data(), values, asked,
@@ -138,6 +121,7 @@ int KeyTarget::WriteKeys(const char* const* patterns, const char* const* values,
 
 bool KeyTarget::ReadKey(const char* pattern, DWORD readBuffer, char* text) const {
   const ShortText key = KeyName(pattern, m_fill.view());
+  if (!key.fits()) return false;
   text[0] = '\0';
   GetPrivateProfileStringA(m_section.c_str(), key.c_str(), kMissingValue, text, readBuffer,
                            m_file);

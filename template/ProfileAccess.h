@@ -62,21 +62,23 @@ void DecodeValue(Encoding encoding, const char* text, unsigned int* value);
 void DecodeValue(Encoding encoding, const char* text, long* value);
 void DecodeValue(Encoding encoding, const char* text, CString* value);
 
-// A short text kept in place, as the names of sections and keys are, so that making one needs
-// no allocation; a longer one goes to the heap. Built from up to three pieces.
+// A name of the template held in place, so that making one needs no allocation: a section
+// ("NumOfButton" and a count at the longest), a placeholder's fill, or a key with its
+// placeholder filled. Built from up to three pieces. Every name the template uses fits with
+// room to spare; one that would not is kept empty and marked, and the call that needs it fails.
 class ShortText {
  public:
   explicit ShortText(std::string_view head = {}, std::string_view middle = {},
                      std::string_view tail = {});
-  ShortText(const ShortText& other) : ShortText(other.view()) {}
-  ShortText& operator=(const ShortText& other);
-  const char* c_str() const { return m_long.empty() ? m_short : m_long.c_str(); }
-  std::string_view view() const { return std::string_view(c_str(), m_size); }
+  bool fits() const { return m_fits; }
+  const char* c_str() const { return m_text; }
+  std::string_view view() const { return std::string_view(m_text, m_size); }
 
  private:
-  char m_short[40];
-  std::size_t m_size = 0;
-  std::string m_long;
+  static constexpr std::size_t kRoom = 48;
+  char m_text[kRoom];
+  unsigned char m_size = 0;
+  bool m_fits = true;
 };
 
 // A key's name: `pattern` with its placeholder replaced by `fill`.
