@@ -22,28 +22,37 @@ bool HasLineBreak(const Text& units, size_t end) {
 
 bool IsLineBreak(char byte) { return byte == '\r' || byte == '\n'; }
 
+constexpr uint64_t kEachByte = 0x0101010101010101u;
+
 // Whether some byte of `word` is below `limit` (at most 0x80).
 bool SomeByteBelow(uint64_t word, uint8_t limit) {
-  constexpr uint64_t kEachByte = 0x0101010101010101u;
   return ((word - kEachByte * limit) & ~word & (kEachByte << 7)) != 0;
 }
 
 // Whether `isSpecial` is true for a byte of `text`. It may only be true for bytes below 0x0E
-// and for `also`: eight bytes at a time are screened for those first.
+// and for `also` (which is not 'A'): eight bytes at a time are screened for those first, the
+// last few in a word filled out with 'A'.
 template <typename IsSpecial>
 bool HoldsSpecialByte(std::string_view text, char also, const IsSpecial& isSpecial) {
-  const uint64_t alsoEverywhere = 0x0101010101010101u * static_cast<unsigned char>(also);
+  const uint64_t alsoEverywhere = kEachByte * static_cast<unsigned char>(also);
+  const auto screened = [&](uint64_t word) {
+    return SomeByteBelow(word, 0x0E) || SomeByteBelow(word ^ alsoEverywhere, 1);
+  };
+  const auto holds = [&](size_t from, size_t to) {
+    for (; from < to; ++from)
+      if (isSpecial(text[from])) return true;
+    return false;
+  };
   size_t i = 0;
   for (; i + 8 <= text.size(); i += 8) {
     uint64_t word;
     std::memcpy(&word, text.data() + i, sizeof word);
-    if (!SomeByteBelow(word, 0x0E) && !SomeByteBelow(word ^ alsoEverywhere, 1)) continue;
-    for (size_t j = i; j < i + 8; ++j)
-      if (isSpecial(text[j])) return true;
+    if (screened(word) && holds(i, i + 8)) return true;
   }
-  for (; i < text.size(); ++i)
-    if (isSpecial(text[i])) return true;
-  return false;
+  if (i == text.size()) return false;
+  uint64_t word = kEachByte * 'A';
+  std::memcpy(&word, text.data() + i, text.size() - i);
+  return screened(word) && holds(i, text.size());
 }
 
 // For the common new entry of an ANSI file, a key and a value that the reading rules take as
@@ -456,33 +465,45 @@ uint32_t IndexedIni::ListKeyNames(const char* app, const char* defaultText, char
 bool IndexedIni::Write(const char* app, const char* key, const char* value) {
   if (!key) return RemoveSection(app);
   if (!value) return RemoveKey(app, key);
-  // The value in the file's encoding: an ANSI file's bytes are the caller's.
-  std::string_view newValue = WithoutLeadingBlanks(value);
-  if (m_encoding != FileEncoding::kAnsi) {
-    m_newValue.clear();
-    AppendUnits(newValue, &m_newValue);
-    newValue = m_newValue;
+  return SetValues(app, &key, &value, 1) != 0;
+}
+
+size_t IndexedIni::SetValues(const char* app, const char* const* keys,
+                             const char* const* values, size_t count) {
+  // The section is looked up once for all the keys, and again only when the form is read anew.
+  int found = FindTrimmedSection(app);
+  size_t changed = 0;
+  for (size_t i = 0; i < count; ++i) {
+    // The value in the file's encoding: an ANSI file's bytes are the caller's.
+    std::string_view newValue = WithoutLeadingBlanks(values[i]);
+    if (m_encoding != FileEncoding::kAnsi) {
+      m_newValue.clear();
+      AppendUnits(newValue, &m_newValue);
+      newValue = m_newValue;
+    }
+    // A new line starts with the key as given, without its leading blanks.
+    const std::string_view lineKey = WithoutLeadingBlanks(keys[i]);
+    Outcome outcome;
+    if (found < 0) {
+      outcome = AddSection(app, lineKey, newValue);
+      // Sections are added at the end: a section of a name not found is the first of it.
+      found = static_cast<int>(m_sections.size()) - 1;
+    } else {
+      Section& section = m_sections[found];
+      IniLine parse;
+      uint32_t hash;
+      const int64_t entry = FindKey(section, TrimBlanks(lineKey), &parse, &hash);
+      outcome = entry < 0 ? AddEntry(section, lineKey, newValue, &hash)
+                          : SetExisting(section.lines[entry], parse, newValue);
+    }
+    if (outcome == Outcome::kReindex) {
+      Reindex();
+      found = FindTrimmedSection(app);
+    }
+    if (outcome != Outcome::kUnchanged) ++changed;
   }
-  // A new line starts with the key as given, without its leading blanks.
-  const std::string_view lineKey = WithoutLeadingBlanks(key);
-  Outcome outcome;
-  const int found = FindTrimmedSection(app);
-  if (found < 0) {
-    outcome = AddSection(app, lineKey, newValue);
-  } else {
-    Section& section = m_sections[found];
-    IniLine parse;
-    uint32_t hash;
-    const int64_t entry = FindKey(section, TrimBlanks(lineKey), &parse, &hash);
-    outcome = entry < 0 ? AddEntry(section, lineKey, newValue, &hash)
-                        : SetExisting(section.lines[entry], parse, newValue);
-  }
-  if (outcome == Outcome::kReindex) {
-    Reindex();
-  } else if (outcome == Outcome::kChanged) {
-    CompactIfWasteful();
-  }
-  return outcome != Outcome::kUnchanged;
+  if (changed != 0) CompactIfWasteful();
+  return changed;
 }
 
 bool IndexedIni::RemoveKey(const char* app, const char* key) {

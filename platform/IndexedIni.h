@@ -52,6 +52,10 @@ class IndexedIni {
                 uint32_t size) const;
   // WritePrivateProfileStringA on the file (`app` not NULL): true when the bytes changed.
   bool Write(const char* app, const char* key, const char* value);
+  // The same for `count` keys of section `app`, in order, each set to its value (none NULL):
+  // how many of the writes changed the bytes.
+  size_t SetValues(const char* app, const char* const* keys, const char* const* values,
+                   size_t count);
 
   // Room for `bytes` of changed and added lines, so that an edit that builds a file line by
   // line does not copy its lines again each time the buffer of changed lines grows. Memory is

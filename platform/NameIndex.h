@@ -6,6 +6,7 @@
 #ifndef TOLVEX_PLATFORM_NAMEINDEX_H
 #define TOLVEX_PLATFORM_NAMEINDEX_H
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -32,39 +33,43 @@ class NameIndex {
   }
 
   // The hash of a name under which it is indexed: the same for names that SameName matches.
-  // Each unit is hashed with its 0x20 bit set, which makes ASCII letters of either case hash
-  // alike (and a few other pairs, such as '@' and '`', which SameName tells apart). Four units
-  // go into each 64-bit step, so that the chain of multiplications is a quarter of the name.
+  // Each unit's low byte is hashed with its 0x20 bit set, which makes ASCII letters of either
+  // case hash alike (and a few other pairs, such as '@' and '`', which SameName tells apart).
+  // Eight units go into each 64-bit step, their low bytes as one word and, when some unit has
+  // one, their high bytes as a second: a name of single-byte units hashes as HashBytes hashes
+  // its bytes.
   template <typename Text>
   static uint32_t Hash(const Text& units, UnitRange name) {
-    auto unit = [&](size_t i) { return static_cast<uint64_t>(units[i] | 0x20u) & 0xFFFF; };
     uint64_t hash = name.size() * kMultiplier;
-    size_t i = name.begin;
-    for (; i + 4 <= name.end; i += 4) {
-      const uint64_t word = unit(i) | unit(i + 1) << 16 | unit(i + 2) << 32 | unit(i + 3) << 48;
-      hash = (hash ^ word) * kMultiplier;
-      hash ^= hash >> 32;
+    for (size_t i = name.begin; i < name.end; i += 8) {
+      const size_t count = std::min<size_t>(8, name.end - i);
+      uint64_t low = 0, high = 0;
+      for (size_t j = 0; j < count; ++j) {
+        const char16_t unit = units[i + j];
+        low |= static_cast<uint64_t>(unit & 0xFF) << (8 * j);
+        high |= static_cast<uint64_t>(unit >> 8) << (8 * j);
+      }
+      hash = Step(hash, low | (kCaseBits >> (8 * (8 - count))), high);
     }
-    for (; i < name.end; ++i) hash = (hash ^ unit(i)) * kMultiplier;
     return Finish(hash);
   }
   static uint32_t Hash(std::u16string_view name) { return Hash(name, {0, name.size()}); }
-  // The same hash of a name whose units are single bytes, each four of them spread from one
-  // load into the four 16-bit lanes the units take above (the first byte lowest, as a
-  // little-endian load gives it).
+  // The same hash of a name whose units are single bytes, loaded eight at a time (the first
+  // byte lowest, as a little-endian load gives it).
   static uint32_t HashBytes(const unsigned char* bytes, size_t size) {
     static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "bytes are loaded little-endian");
     uint64_t hash = size * kMultiplier;
     size_t i = 0;
-    for (; i + 4 <= size; i += 4) {
-      uint32_t four;
-      std::memcpy(&four, bytes + i, sizeof four);
-      uint64_t word = (four | uint64_t{four} << 16) & 0x0000FFFF0000FFFFu;
-      word = (word | word << 8) & 0x00FF00FF00FF00FFu;
-      hash = (hash ^ (word | 0x0020002000200020u)) * kMultiplier;
-      hash ^= hash >> 32;
+    for (; i + 8 <= size; i += 8) {
+      uint64_t word;
+      std::memcpy(&word, bytes + i, sizeof word);
+      hash = Step(hash, word | kCaseBits, 0);
     }
-    for (; i < size; ++i) hash = (hash ^ (bytes[i] | 0x20u)) * kMultiplier;
+    if (i < size) {
+      uint64_t word = 0;
+      std::memcpy(&word, bytes + i, size - i);
+      hash = Step(hash, word | (kCaseBits >> (8 * (8 - (size - i)))), 0);
+    }
     return Finish(hash);
   }
 
@@ -113,6 +118,13 @@ class NameIndex {
   static constexpr uint32_t kEmpty = UINT32_MAX;
   static constexpr uint64_t kMultiplier = 0x9E3779B97F4A7C15u;
 
+  static constexpr uint64_t kCaseBits = 0x2020202020202020u;
+
+  static uint64_t Step(uint64_t hash, uint64_t low, uint64_t high) {
+    hash = (hash ^ low) * kMultiplier;
+    if (high != 0) hash = (hash ^ high) * kMultiplier;
+    return hash ^ (hash >> 32);
+  }
   static uint32_t Finish(uint64_t hash) {
     hash ^= hash >> 29;
     hash *= kMultiplier;

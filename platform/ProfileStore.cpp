@@ -4,6 +4,7 @@
 // again under the folder lock before it changes one line.
 #include "platform/ProfileStore.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 
@@ -105,6 +106,11 @@ Status WriteProfileStrings(const char* app, const char* const* keys, const char*
   *written = 0;
   if (count > 0 && app) {
     if (StagedProfile* staged = StagedFileFor(file)) {
+      if (std::all_of(keys, keys + count, [](const char* key) { return key != nullptr; }) &&
+          std::all_of(values, values + count, [](const char* value) { return value != nullptr; })) {
+        staged->SetValues(app, keys, values, static_cast<size_t>(count));
+        *written = count;
+      }
       for (; *written < count; ++*written) staged->Write(app, keys[*written], values[*written]);
       return Status::Ok();
     }

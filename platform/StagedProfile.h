@@ -37,6 +37,11 @@ class StagedProfile {
     }
     if (m_ini.Write(app, key, value)) m_exists = m_changed = true;
   }
+  // That many writes of keys of one section, none of them a removal.
+  void SetValues(const char* app, const char* const* keys, const char* const* values,
+                 size_t count) {
+    if (m_ini.SetValues(app, keys, values, count) != 0) m_exists = m_changed = true;
+  }
 
  private:
   // An edit often builds a whole page: room for about a 36-button page of changes.
