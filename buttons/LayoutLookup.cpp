@@ -28,33 +28,34 @@ bool IsPrintedCount(const char* text) {
 
 }  // namespace
 
-bool LookUpLayoutSection(const CString& file, ShortText* section) {
-  char count[kShortRead];
-  count[0] = '\0';
+bool LookUpLayoutSection(const CString& file, char (&room)[kShortRead], KeyParts* section) {
+  room[0] = '\0';
   GetPrivateProfileStringA(background::kSection, background::kCurrentButtons.keys[0], kNoCount,
-                           count, kShortRead, file);
-  if (std::strcmp(count, kNoCount) == 0) return false;
-  if (IsPrintedCount(count)) {
-    *section = ShortText(kLayoutPrefix, count);
-  } else {
-    *section = ShortText(kLayoutPrefix, IntegerDigits(std::atoi(count)).view());
+                           room, kShortRead, file);
+  if (std::strcmp(room, kNoCount) == 0) return false;
+  if (!IsPrintedCount(room)) {
+    const IntegerDigits printed(std::atoi(room));
+    std::strcpy(room, printed.c_str());
   }
+  *section = KeyParts{kLayoutPrefix, room, {}};
   return true;
 }
 
 KeyTarget ButtonTarget(const CString& file, unsigned int index) {
-  ShortText section;
-  if (!LookUpLayoutSection(file, &section)) return KeyTarget::Unusable();
+  char room[kShortRead];
+  KeyParts section;
+  if (!LookUpLayoutSection(file, room, &section)) return KeyTarget::Unusable();
   // 4294967295 names button -1.
-  return KeyTarget::In(file, section.view(), IntegerDigits(static_cast<int>(index)).view());
+  return KeyTarget::In(file, section, IntegerDigits(static_cast<int>(index)).view());
 }
 
 KeyTarget ButtonNavLinkTarget(const CString& file, unsigned int index) {
-  ShortText section;
-  if (!LookUpLayoutSection(file, &section)) return KeyTarget::Unusable();
-  if (index == 0) section = ShortText(navbuttons::kPrevious.section);
-  if (index == 1) section = ShortText(navbuttons::kNext.section);
-  return KeyTarget::In(file, section.view(), IntegerDigits(static_cast<int>(index)).view());
+  char room[kShortRead];
+  KeyParts section;
+  if (!LookUpLayoutSection(file, room, &section)) return KeyTarget::Unusable();
+  if (index == 0) section = KeyParts{navbuttons::kPrevious.section, {}, {}};
+  if (index == 1) section = KeyParts{navbuttons::kNext.section, {}, {}};
+  return KeyTarget::In(file, section, IntegerDigits(static_cast<int>(index)).view());
 }
 
 }  // namespace tolvex::buttons

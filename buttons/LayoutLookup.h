@@ -10,9 +10,10 @@
 
 namespace tolvex::buttons {
 
-// The layout section of the current button count of `file`; false when the count is missing
-// (no file, no section, no key) or holds exactly "error".
-bool LookUpLayoutSection(const CString& file, ShortText* section);
+// The layout section of the current button count of `file`, as the pieces of its name, the
+// count kept in `room`; false when the count is missing (no file, no section, no key) or holds
+// exactly "error".
+bool LookUpLayoutSection(const CString& file, char (&room)[kShortRead], KeyParts* section);
 
 // The keys of button `index` in the layout section; unusable when the lookup fails.
 KeyTarget ButtonTarget(const CString& file, unsigned int index);

@@ -39,10 +39,51 @@ struct KeyFamily {
   DWORD readBuffer;
 };
 
-// A key pattern with its placeholder filled: the name is head + fill + tail.
+// A key pattern with its placeholder filled: the name is head + fill + tail. Also any other
+// name made of up to three pieces, such as a layout section's.
 struct KeyParts {
   std::string_view head, fill, tail;
   std::size_t size() const { return head.size() + fill.size() + tail.size(); }
+  // Writes the name to `to` with a NUL after it; returns the place after the NUL. Names are
+  // short, so each piece is copied in at most two overlapping moves of a fixed size (a call
+  // of memcpy would cost more than the copy).
+  char* CopyTo(char* to) const {
+    to = CopyPiece(head, to);
+    to = CopyPiece(fill, to);
+    to = CopyPiece(tail, to);
+    *to = '\0';
+    return to + 1;
+  }
+
+ private:
+  template <std::size_t kSize>
+  static void Move(const char* from, char* to) {
+    char word[kSize];
+    std::memcpy(word, from, kSize);
+    std::memcpy(to, word, kSize);
+  }
+  static char* CopyPiece(std::string_view piece, char* to) {
+    const std::size_t n = piece.size();
+    const char* from = piece.data();
+    if (n > 32) {
+      std::memcpy(to, from, n);
+    } else if (n >= 16) {
+      Move<16>(from, to);
+      Move<16>(from + n - 16, to + n - 16);
+    } else if (n >= 8) {
+      Move<8>(from, to);
+      Move<8>(from + n - 8, to + n - 8);
+    } else if (n >= 4) {
+      Move<4>(from, to);
+      Move<4>(from + n - 4, to + n - 4);
+    } else if (n >= 2) {
+      Move<2>(from, to);
+      Move<2>(from + n - 2, to + n - 2);
+    } else if (n == 1) {
+      *to = *from;
+    }
+    return to + n;
+  }
 };
 inline KeyParts FillKeyPattern(const char* pattern, std::string_view fill) {
   const char* placeholder = std::strchr(pattern, '%');

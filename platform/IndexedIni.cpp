@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "platform/ResultBuffer.h"
+#include "platform/WordLoad.h"
 
 namespace tolvex::platform {
 namespace {
@@ -43,16 +44,14 @@ bool HoldsSpecialByte(std::string_view text, char also, const IsSpecial& isSpeci
       if (isSpecial(text[from])) return true;
     return false;
   };
-  size_t i = 0;
-  for (; i + 8 <= text.size(); i += 8) {
-    uint64_t word;
-    std::memcpy(&word, text.data() + i, sizeof word);
-    if (screened(word) && holds(i, i + 8)) return true;
+  const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+  for (size_t i = 0; i < text.size(); i += 8) {
+    const size_t count = std::min<size_t>(8, text.size() - i);
+    uint64_t word = LoadWord(bytes + i, count);
+    if (count < 8) word |= (kEachByte * 'A') << (8 * count);
+    if (screened(word) && holds(i, i + count)) return true;
   }
-  if (i == text.size()) return false;
-  uint64_t word = kEachByte * 'A';
-  std::memcpy(&word, text.data() + i, text.size() - i);
-  return screened(word) && holds(i, text.size());
+  return false;
 }
 
 // For the common new entry of an ANSI file, a key and a value that the reading rules take as

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "platform/IniLine.h"
+#include "platform/WordLoad.h"
 
 namespace tolvex::platform {
 
@@ -54,21 +55,12 @@ class NameIndex {
     return Finish(hash);
   }
   static uint32_t Hash(std::u16string_view name) { return Hash(name, {0, name.size()}); }
-  // The same hash of a name whose units are single bytes, loaded eight at a time (the first
-  // byte lowest, as a little-endian load gives it).
+  // The same hash of a name whose units are single bytes, loaded eight at a time.
   static uint32_t HashBytes(const unsigned char* bytes, size_t size) {
-    static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "bytes are loaded little-endian");
     uint64_t hash = size * kMultiplier;
-    size_t i = 0;
-    for (; i + 8 <= size; i += 8) {
-      uint64_t word;
-      std::memcpy(&word, bytes + i, sizeof word);
-      hash = Step(hash, word | kCaseBits, 0);
-    }
-    if (i < size) {
-      uint64_t word = 0;
-      std::memcpy(&word, bytes + i, size - i);
-      hash = Step(hash, word | (kCaseBits >> (8 * (8 - (size - i)))), 0);
+    for (size_t i = 0; i < size; i += 8) {
+      const size_t count = std::min<size_t>(8, size - i);
+      hash = Step(hash, LoadWord(bytes + i, count) | (kCaseBits >> (8 * (8 - count))), 0);
     }
     return Finish(hash);
   }

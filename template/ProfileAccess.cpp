@@ -58,29 +58,10 @@ void DecodeValue(Encoding encoding, const char* text, long* value) {
   *value = decoded;
 }
 
-namespace {
-
-// Copies the three pieces to `to`, one after another, and ends them with a NUL; returns the
-// place after the NUL. Names are short: each piece is copied where it is not empty (an empty
-// view may hold no pointer at all).
-char* CopyPieces(char* to, std::string_view head, std::string_view middle,
-                 std::string_view tail) {
-  if (!head.empty()) std::memcpy(to, head.data(), head.size());
-  to += head.size();
-  if (!middle.empty()) std::memcpy(to, middle.data(), middle.size());
-  to += middle.size();
-  if (!tail.empty()) std::memcpy(to, tail.data(), tail.size());
-  to += tail.size();
-  *to = '\0';
-  return to + 1;
-}
-
-}  // namespace
-
-ShortText::ShortText(std::string_view head, std::string_view middle, std::string_view tail) {
-  const std::size_t size = head.size() + middle.size() + tail.size();
+ShortText::ShortText(const KeyParts& pieces) {
+  const std::size_t size = pieces.size();
   if (size < kRoom) {
-    CopyPieces(m_text, head, middle, tail);
+    pieces.CopyTo(m_text);
     m_size = static_cast<unsigned char>(size);
   } else {
     m_text[0] = '\0';
@@ -88,18 +69,18 @@ ShortText::ShortText(std::string_view head, std::string_view middle, std::string
   }
 }
 
-KeyTarget::KeyTarget(State state, const char* file, std::string_view section,
+KeyTarget::KeyTarget(State state, const char* file, const KeyParts& section,
                      std::string_view fill)
     : m_state(state), m_file(file), m_section(section), m_fill(fill) {}
 
-KeyTarget KeyTarget::In(const CString& file, std::string_view section, std::string_view fill) {
+KeyTarget KeyTarget::In(const CString& file, const KeyParts& section, std::string_view fill) {
   KeyTarget target(State::Ready, file.GetString(), section, fill);
   if (!target.m_section.fits() || !target.m_fill.fits()) return Unusable();
   return target;
 }
 
-KeyTarget KeyTarget::Unusable() { return KeyTarget(State::Unusable, nullptr, {}, {}); }
-KeyTarget KeyTarget::Inert() { return KeyTarget(State::Inert, nullptr, {}, {}); }
+KeyTarget KeyTarget::Unusable() { return KeyTarget(State::Unusable, nullptr, KeyParts{}, {}); }
+KeyTarget KeyTarget::Inert() { return KeyTarget(State::Inert, nullptr, KeyParts{}, {}); }
 
 int KeyTarget::WriteKeys(const char* const* patterns, const char* const* values,
                          std::size_t count) const {
@@ -112,7 +93,7 @@ int KeyTarget::WriteKeys(const char* const* patterns, const char* const* values,
     const KeyParts parts = FillKeyPattern(patterns[i], m_fill.view());
     if (parts.size() >= sizeof names / kMaxFamilyKeys) return 0;
     keys[i] = to;
-    to = CopyPieces(to, parts.head, parts.fill, parts.tail);
+    to = parts.CopyTo(to);
   }
   const int asked = static_cast<int>(count);
   return TolvexWritePrivateProfileStrings(m_section.c_str(), keys.data(), values, asked,

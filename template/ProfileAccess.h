@@ -68,8 +68,8 @@ void DecodeValue(Encoding encoding, const char* text, CString* value);
 // room to spare; one that would not is kept empty and marked, and the call that needs it fails.
 class ShortText {
  public:
-  explicit ShortText(std::string_view head = {}, std::string_view middle = {},
-                     std::string_view tail = {});
+  explicit ShortText(const KeyParts& pieces);
+  explicit ShortText(std::string_view text = {}) : ShortText(KeyParts{text, {}, {}}) {}
   bool fits() const { return m_fits; }
   const char* c_str() const { return m_text; }
   std::string_view view() const { return std::string_view(m_text, m_size); }
@@ -83,8 +83,7 @@ class ShortText {
 
 // A key's name: `pattern` with its placeholder replaced by `fill`.
 inline ShortText KeyName(const char* pattern, std::string_view fill) {
-  const KeyParts parts = FillKeyPattern(pattern, fill);
-  return ShortText(parts.head, parts.fill, parts.tail);
+  return ShortText(FillKeyPattern(pattern, fill));
 }
 
 // Where a family's keys live for one call: the template file, the section, and the text that
@@ -94,7 +93,11 @@ inline ShortText KeyName(const char* pattern, std::string_view fill) {
 class KeyTarget {
  public:
   static KeyTarget In(const CString& file, std::string_view section,
-                      std::string_view fill = {});
+                      std::string_view fill = {}) {
+    return In(file, KeyParts{section, {}, {}}, fill);
+  }
+  // The same for a section whose name is made of pieces.
+  static KeyTarget In(const CString& file, const KeyParts& section, std::string_view fill);
   static KeyTarget Unusable();
   static KeyTarget Inert();
 
@@ -142,7 +145,7 @@ class KeyTarget {
  private:
   enum class State { Ready, Unusable, Inert };
 
-  KeyTarget(State state, const char* file, std::string_view section, std::string_view fill);
+  KeyTarget(State state, const char* file, const KeyParts& section, std::string_view fill);
 
   static constexpr std::size_t kMaxFamilyKeys = 4;
   // Writes the keys of `patterns` with `values`, `count` of each, in one call of the profile
