@@ -29,14 +29,39 @@ inline constexpr DWORD kLongRead = 1000;
 // A key whose value reads as this text counts as missing: it is the default of every read.
 inline constexpr char kMissingValue[] = "default";
 
+// A key pattern split at its placeholder: the text before it and the text after it.
+struct KeyPattern {
+  std::string_view head, tail;
+  bool filled = false;  // whether it has a placeholder
+};
+constexpr KeyPattern SplitKeyPattern(const char* pattern) {
+  std::size_t at = 0;
+  while (pattern[at] != '\0' && pattern[at] != '%') ++at;
+  if (pattern[at] == '\0' || pattern[at + 1] == '\0') return KeyPattern{pattern, {}, false};
+  return KeyPattern{std::string_view(pattern, at), std::string_view(pattern + at + 2), true};
+}
+
 // The keys one accessor writes and reads, in that order, all in one encoding and read through
 // one buffer size. A key pattern holds at most one placeholder, "%d" (a button index) or "%s"
-// (a navigation button's "Prev" or "Next"), which the caller fills in.
+// (a navigation button's "Prev" or "Next"), which the caller fills in; the patterns are split
+// at it when the tables are made.
 template <std::size_t N>
 struct KeyFamily {
+  constexpr KeyFamily(const std::array<const char*, N>& keys, Encoding encoding,
+                      DWORD readBuffer)
+      : keys(keys), encoding(encoding), readBuffer(readBuffer), patterns(Split(keys)) {}
+
   std::array<const char*, N> keys;
   Encoding encoding;
   DWORD readBuffer;
+  std::array<KeyPattern, N> patterns;
+
+ private:
+  static constexpr std::array<KeyPattern, N> Split(const std::array<const char*, N>& keys) {
+    std::array<KeyPattern, N> patterns{};
+    for (std::size_t i = 0; i < N; ++i) patterns[i] = SplitKeyPattern(keys[i]);
+    return patterns;
+  }
 };
 
 // A key pattern with its placeholder filled: the name is head + fill + tail. Also any other
@@ -85,11 +110,12 @@ struct KeyParts {
     return to + n;
   }
 };
+inline KeyParts FillKeyPattern(const KeyPattern& pattern, std::string_view fill) {
+  if (!pattern.filled) return KeyParts{pattern.head, {}, {}};
+  return KeyParts{pattern.head, fill, pattern.tail};
+}
 inline KeyParts FillKeyPattern(const char* pattern, std::string_view fill) {
-  const char* placeholder = std::strchr(pattern, '%');
-  if (placeholder == nullptr || placeholder[1] == '\0') return KeyParts{pattern, {}, {}};
-  return KeyParts{std::string_view(pattern, static_cast<std::size_t>(placeholder - pattern)),
-                  fill, std::string_view(placeholder + 2)};
+  return FillKeyPattern(SplitKeyPattern(pattern), fill);
 }
 
 }  // namespace tolvex

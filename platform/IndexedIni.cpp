@@ -30,38 +30,45 @@ bool SomeByteBelow(uint64_t word, uint8_t limit) {
   return ((word - kEachByte * limit) & ~word & (kEachByte << 7)) != 0;
 }
 
+// Whether some of the first `count` bytes of `word` may be special: below 0x0E, or `also`
+// (which is not 'A'). The bytes past them are taken as 'A'.
+bool MayHoldSpecialByte(uint64_t word, size_t count, char also) {
+  if (count < 8) word |= (kEachByte * 'A') << (8 * count);
+  return SomeByteBelow(word, 0x0E) ||
+         SomeByteBelow(word ^ (kEachByte * static_cast<unsigned char>(also)), 1);
+}
+
 // Whether `isSpecial` is true for a byte of `text`. It may only be true for bytes below 0x0E
-// and for `also` (which is not 'A'): eight bytes at a time are screened for those first, the
-// last few in a word filled out with 'A'.
+// and for `also`: eight bytes at a time are screened for those first.
 template <typename IsSpecial>
 bool HoldsSpecialByte(std::string_view text, char also, const IsSpecial& isSpecial) {
-  const uint64_t alsoEverywhere = kEachByte * static_cast<unsigned char>(also);
-  const auto screened = [&](uint64_t word) {
-    return SomeByteBelow(word, 0x0E) || SomeByteBelow(word ^ alsoEverywhere, 1);
-  };
-  const auto holds = [&](size_t from, size_t to) {
-    for (; from < to; ++from)
-      if (isSpecial(text[from])) return true;
-    return false;
-  };
   const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
   for (size_t i = 0; i < text.size(); i += 8) {
     const size_t count = std::min<size_t>(8, text.size() - i);
-    uint64_t word = LoadWord(bytes + i, count);
-    if (count < 8) word |= (kEachByte * 'A') << (8 * count);
-    if (screened(word) && holds(i, i + count)) return true;
+    if (!MayHoldSpecialByte(LoadWord(bytes + i, count), count, also)) continue;
+    for (size_t j = i; j < i + count; ++j)
+      if (isSpecial(text[j])) return true;
   }
   return false;
 }
 
+// The bytes that keep a key's name from standing as it is in a line, and a value's. Objects
+// rather than functions, so that the screening above is made for each.
+constexpr auto kSpecialInName = [](char byte) {
+  return byte == '=' || byte == '\0' || IsLineBreak(byte);
+};
+constexpr auto kSpecialInValue = [](char byte) { return IsLineBreak(byte); };
+
 // For the common new entry of an ANSI file, a key and a value that the reading rules take as
 // they are: the length of the key's name (trailing blanks dropped), else 0. Such a key (given
 // without its leading blanks) starts with no '[', and holds no '=', NUL or line break; the
-// value holds no line break.
-size_t PlainAnsiKey(std::string_view key, std::string_view value) {
+// value holds no line break. `nameScreened`: the key's name, trimmed, is known to hold none.
+size_t PlainAnsiKey(std::string_view key, std::string_view value, bool nameScreened) {
   if (key.empty() || key.front() == '[') return 0;
-  const auto inName = [](char byte) { return byte == '=' || byte == '\0' || IsLineBreak(byte); };
-  if (HoldsSpecialByte(key, '=', inName) || HoldsSpecialByte(value, '\r', IsLineBreak)) return 0;
+  // Blanks after a screened name may still be line breaks.
+  const bool keyScreened = nameScreened && !IsBlank(static_cast<unsigned char>(key.back()));
+  if (!keyScreened && HoldsSpecialByte(key, '=', kSpecialInName)) return 0;
+  if (HoldsSpecialByte(value, '\r', kSpecialInValue)) return 0;
   while (IsBlank(static_cast<unsigned char>(key.back()))) key.remove_suffix(1);
   return key.size();
 }
@@ -267,18 +274,34 @@ int IndexedIni::FindTrimmedSection(const char* app) const {
 }
 
 int64_t IndexedIni::FindKey(const Section& section, std::string_view key, IniLine* parse,
-                            uint32_t* hash) const {
-  if (m_encoding != FileEncoding::kAnsi) return FindEntry(section, NameUnits(key), parse, hash);
-  // The units of an ANSI file are the caller's bytes: looked up where they lie.
+                            uint32_t* hash, bool* screened) const {
+  if (m_encoding != FileEncoding::kAnsi) {
+    if (screened) *screened = false;
+    return FindEntry(section, NameUnits(key), parse, hash);
+  }
+  // The units of an ANSI file are the caller's bytes: looked up where they lie, and screened
+  // for special bytes by the same pass that hashes them.
   const Units<false> name{reinterpret_cast<const unsigned char*>(key.data()), key.size(), false};
-  return FindEntry(section, name, parse, hash);
+  if (!screened) return FindEntry(section, name, parse, hash);
+  bool mayHold = false;
+  *hash = NameIndex::HashBytes(name.bytes, name.count, [&](uint64_t word, size_t count) {
+    mayHold |= MayHoldSpecialByte(word, count, '=');
+  });
+  *screened = !mayHold || !HoldsSpecialByte(key, '=', kSpecialInName);
+  return FindHashed(section, name, *hash, parse);
 }
 
 template <typename Name>
 int64_t IndexedIni::FindEntry(const Section& section, const Name& name, IniLine* parse,
                               uint32_t* hash) const {
   *hash = HashOf(name, UnitRange{0, name.size()});
-  return section.entries.Find(*hash, [&](uint32_t index) {
+  return FindHashed(section, name, *hash, parse);
+}
+
+template <typename Name>
+int64_t IndexedIni::FindHashed(const Section& section, const Name& name, uint32_t hash,
+                               IniLine* parse) const {
+  return section.entries.Find(hash, [&](uint32_t index) {
     const Line& line = section.lines[index];
     *parse = ParseOf(line);
     return NameIs(line, parse->name, name);
@@ -491,8 +514,9 @@ size_t IndexedIni::SetValues(const char* app, const char* const* keys,
       Section& section = m_sections[found];
       IniLine parse;
       uint32_t hash;
-      const int64_t entry = FindKey(section, TrimBlanks(lineKey), &parse, &hash);
-      outcome = entry < 0 ? AddEntry(section, lineKey, newValue, &hash)
+      bool screened;
+      const int64_t entry = FindKey(section, TrimBlanks(lineKey), &parse, &hash, &screened);
+      outcome = entry < 0 ? AddEntry(section, lineKey, newValue, &hash, screened)
                           : SetExisting(section.lines[entry], parse, newValue);
     }
     if (outcome == Outcome::kReindex) {
@@ -607,8 +631,10 @@ void IndexedIni::EndWithBreak(Line& line) {
 }
 
 IndexedIni::Outcome IndexedIni::AddEntry(Section& section, std::string_view key,
-                                         std::string_view value, const uint32_t* keyHash) {
-  const size_t plainNameEnd = m_encoding == FileEncoding::kAnsi ? PlainAnsiKey(key, value) : 0;
+                                         std::string_view value, const uint32_t* keyHash,
+                                         bool nameScreened) {
+  const size_t plainNameEnd =
+      m_encoding == FileEncoding::kAnsi ? PlainAnsiKey(key, value, nameScreened) : 0;
   if (plainNameEnd != 0 && keyHash && AppendPlainEntry(section, key, value, *keyHash))
     return Outcome::kChanged;
   std::string& bytes = m_lineBytes;
@@ -714,7 +740,7 @@ IndexedIni::Outcome IndexedIni::AddSection(std::string_view app, std::string_vie
   section.lines.reserve(32);
   section.lines.push_back(header);
   // AddEntry makes the entry line; the header has no blank lines after it to hand on.
-  const Outcome entry = AddEntry(section, key, value, nullptr);
+  const Outcome entry = AddEntry(section, key, value, nullptr, false);
 
   // A file whose last line has no break gets one first, so the header starts a line.
   EndWithBreak(m_sections.empty() ? m_prefix : m_sections.back().lines.back());

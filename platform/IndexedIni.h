@@ -159,12 +159,18 @@ class IndexedIni {
   // The first section called `app` trimmed of blanks (as reads and writes look it up), or -1.
   int FindTrimmedSection(const char* app) const;
   // The first visible entry called `name` (a text of units) in `section`, or -1; `parse` gets
-  // what it says and `hash` the hash of the name. FindKey takes the caller's ANSI name.
+  // what it says and `hash` the hash of the name. FindHashed takes the hash, FindKey the
+  // caller's ANSI name and, when `screened` is given, tells there whether the name holds none
+  // of the bytes that keep it from standing as it is in a line ('=', NUL, line breaks; false
+  // for files that are not ANSI).
   template <typename Name>
   int64_t FindEntry(const Section& section, const Name& name, IniLine* parse,
                     uint32_t* hash) const;
-  int64_t FindKey(const Section& section, std::string_view key, IniLine* parse,
-                  uint32_t* hash) const;
+  template <typename Name>
+  int64_t FindHashed(const Section& section, const Name& name, uint32_t hash,
+                     IniLine* parse) const;
+  int64_t FindKey(const Section& section, std::string_view key, IniLine* parse, uint32_t* hash,
+                  bool* screened = nullptr) const;
   // Whether `section` is called `name`.
   bool IsCalled(const Section& section, std::u16string_view name) const;
 
@@ -180,9 +186,10 @@ class IndexedIni {
 
   // The value is in the file's encoding.
   Outcome SetExisting(Line& line, const IniLine& parse, std::string_view value);
-  // `key` comes without its leading blanks; `keyHash`, when known, is the hash of its name.
+  // `key` comes without its leading blanks; `keyHash`, when known, is the hash of its name,
+  // and `nameScreened` whether FindKey found its name free of special bytes.
   Outcome AddEntry(Section& section, std::string_view key, std::string_view value,
-                   const uint32_t* keyHash);
+                   const uint32_t* keyHash, bool nameScreened);
   // AddEntry's common case, an ANSI file's plain entry (PlainAnsiKey) after the entry added
   // last: the line goes straight to the end of the buffer of changed lines. False, with
   // nothing done, when the section's last line is not the one added last.

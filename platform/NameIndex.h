@@ -55,14 +55,22 @@ class NameIndex {
     return Finish(hash);
   }
   static uint32_t Hash(std::u16string_view name) { return Hash(name, {0, name.size()}); }
-  // The same hash of a name whose units are single bytes, loaded eight at a time.
-  static uint32_t HashBytes(const unsigned char* bytes, size_t size) {
+  // The same hash of a name whose units are single bytes, loaded eight at a time; `see` is
+  // shown each word loaded and how many of its bytes are the name's, for a caller that would
+  // otherwise read the name again.
+  template <typename See>
+  static uint32_t HashBytes(const unsigned char* bytes, size_t size, const See& see) {
     uint64_t hash = size * kMultiplier;
     for (size_t i = 0; i < size; i += 8) {
       const size_t count = std::min<size_t>(8, size - i);
-      hash = Step(hash, LoadWord(bytes + i, count) | (kCaseBits >> (8 * (8 - count))), 0);
+      const uint64_t word = LoadWord(bytes + i, count);
+      see(word, count);
+      hash = Step(hash, word | (kCaseBits >> (8 * (8 - count))), 0);
     }
     return Finish(hash);
+  }
+  static uint32_t HashBytes(const unsigned char* bytes, size_t size) {
+    return HashBytes(bytes, size, [](uint64_t, size_t) {});
   }
 
   // The position indexed under a name of hash `hash`, or -1. `isName(position)` tells whether

@@ -75,14 +75,14 @@ KeyTarget::KeyTarget(State state, const char* file, const KeyParts& section,
 
 KeyTarget KeyTarget::In(const CString& file, const KeyParts& section, std::string_view fill) {
   KeyTarget target(State::Ready, file.GetString(), section, fill);
-  if (!target.m_section.fits() || !target.m_fill.fits()) return Unusable();
+  if (!target.m_section.fits() || !target.m_fill.fits()) target.m_state = State::Unusable;
   return target;
 }
 
 KeyTarget KeyTarget::Unusable() { return KeyTarget(State::Unusable, nullptr, KeyParts{}, {}); }
 KeyTarget KeyTarget::Inert() { return KeyTarget(State::Inert, nullptr, KeyParts{}, {}); }
 
-int KeyTarget::WriteKeys(const char* const* patterns, const char* const* values,
+int KeyTarget::WriteKeys(const KeyPattern* patterns, const char* const* values,
                          std::size_t count) const {
   // The key names one after another, each ended by a NUL, in place: the template's names are
   // all far shorter than a quarter of it.
@@ -100,7 +100,7 @@ int KeyTarget::WriteKeys(const char* const* patterns, const char* const* values,
                                           m_file) == asked;
 }
 
-bool KeyTarget::ReadKey(const char* pattern, DWORD readBuffer, char* text) const {
+bool KeyTarget::ReadKey(const KeyPattern& pattern, DWORD readBuffer, char* text) const {
   const ShortText key = KeyName(pattern, m_fill.view());
   if (!key.fits()) return false;
   text[0] = '\0';

@@ -82,7 +82,7 @@ class ShortText {
 };
 
 // A key's name: `pattern` with its placeholder replaced by `fill`.
-inline ShortText KeyName(const char* pattern, std::string_view fill) {
+inline ShortText KeyName(const KeyPattern& pattern, std::string_view fill) {
   return ShortText(FillKeyPattern(pattern, fill));
 }
 
@@ -150,13 +150,13 @@ class KeyTarget {
   static constexpr std::size_t kMaxFamilyKeys = 4;
   // Writes the keys of `patterns` with `values`, `count` of each, in one call of the profile
   // layer: 1 when every write succeeded.
-  int WriteKeys(const char* const* patterns, const char* const* values, std::size_t count) const;
+  int WriteKeys(const KeyPattern* patterns, const char* const* values, std::size_t count) const;
   // The sentinel read of one key into `text` (a buffer of at least kLongRead bytes);
   // false when the key counts as missing.
-  bool ReadKey(const char* pattern, DWORD readBuffer, char* text) const;
+  bool ReadKey(const KeyPattern& pattern, DWORD readBuffer, char* text) const;
 
   template <typename T>
-  bool ReadValue(const char* pattern, Encoding encoding, DWORD readBuffer, T* value) const {
+  bool ReadValue(const KeyPattern& pattern, Encoding encoding, DWORD readBuffer, T* value) const {
     char text[kLongRead];  // lives for the call only: reads never allocate
     if (!ReadKey(pattern, readBuffer, text)) return false;
     DecodeValue(encoding, text, value);
@@ -168,13 +168,13 @@ class KeyTarget {
     static_assert(N <= kMaxFamilyKeys, "a family has at most four keys");
     const ValueText texts[N] = {ValueText(family.encoding, values)...};
     const char* const pointers[N] = {texts[I].c_str()...};
-    return WriteKeys(family.keys.data(), pointers, N);
+    return WriteKeys(family.patterns.data(), pointers, N);
   }
 
   template <std::size_t N, typename... T, std::size_t... I>
   int ReadAll(const KeyFamily<N>& family, std::index_sequence<I...>, T*... outs) const {
     std::tuple<T...> held;
-    if (!(ReadValue(family.keys[I], family.encoding, family.readBuffer, &std::get<I>(held)) &&
+    if (!(ReadValue(family.patterns[I], family.encoding, family.readBuffer, &std::get<I>(held)) &&
           ...))
       return 0;
     ((*outs = std::move(std::get<I>(held))), ...);
@@ -183,7 +183,7 @@ class KeyTarget {
 
   template <std::size_t N, typename... T, std::size_t... I>
   int ReadEachOf(const KeyFamily<N>& family, std::index_sequence<I...>, T*... outs) const {
-    return (ReadValue(family.keys[I], family.encoding, family.readBuffer, outs) && ...);
+    return (ReadValue(family.patterns[I], family.encoding, family.readBuffer, outs) && ...);
   }
 
   State m_state;
