@@ -405,45 +405,45 @@ void IndexedIni::AppendAnsi(const Line& line, UnitRange range, std::string* out)
 uint32_t IndexedIni::ReadValue(const char* app, const char* key, const char* defaultText,
                                char* buffer, uint32_t size) const {
   if (size == 0) return 0;
-  IniLine parse;
-  const Line* line = FindValueLine(app, key, &parse);
-  if (line && parse.hasValue) {
+  UnitRange value;
+  if (const Line* line = FindValueLine(app, key, &value)) {
     if (m_encoding == FileEncoding::kAnsi)
-      return CopyValueText(BytesOf(*line).substr(parse.value.begin, parse.value.size()), buffer,
-                           size);
+      return CopyValueText(BytesOf(*line).substr(value.begin, value.size()), buffer, size);
     m_valueText.clear();
-    AppendAnsi(*line, parse.value, &m_valueText);
+    AppendAnsi(*line, value, &m_valueText);
     return CopyValueText(m_valueText, buffer, size);
   }
   return CopyValueText(TrimDefaultSpaces(defaultText ? defaultText : ""), buffer, size);
 }
 
 const IndexedIni::Line* IndexedIni::FindValueLine(const char* app, const char* key,
-                                                  IniLine* parse) const {
+                                                  UnitRange* value) const {
   RecentEntry& recent = m_recentEntry;
   if (recent.section >= 0 && recent.compactions == m_compactions &&
       IsSameName(recent.app, app) && IsSameName(recent.key, key)) {
     const Line& line = m_sections[recent.section].lines[recent.entry];
     if (line.at == recent.line.at && line.breakAt == recent.line.breakAt &&
         line.flags == recent.line.flags) {
-      *parse = recent.parse;
+      *value = recent.value;
       return &line;
     }
   }
   const int found = FindTrimmedSection(app);
   if (found < 0) return nullptr;
   const Section& section = m_sections[found];
+  IniLine parse;
   uint32_t hash;
-  const int64_t entry = FindKey(section, TrimBlanks(key), parse, &hash);
-  if (entry < 0) return nullptr;
+  const int64_t entry = FindKey(section, TrimBlanks(key), &parse, &hash);
+  if (entry < 0 || !parse.hasValue) return nullptr;
   const Line& line = section.lines[entry];
   recent.app = app;
   recent.key = key;
   recent.section = found;
   recent.entry = static_cast<uint32_t>(entry);
   recent.line = line;
-  recent.parse = *parse;
+  recent.value = parse.value;
   recent.compactions = m_compactions;
+  *value = parse.value;
   return &line;
 }
 
@@ -495,6 +495,7 @@ size_t IndexedIni::SetValues(const char* app, const char* const* keys,
   // The section is looked up once for all the keys, and again only when the form is read anew.
   int found = FindTrimmedSection(app);
   size_t changed = 0;
+  IniLine parse;  // made once: clearing one per key costs more than the rest of the lookup
   for (size_t i = 0; i < count; ++i) {
     // The value in the file's encoding: an ANSI file's bytes are the caller's.
     std::string_view newValue = WithoutLeadingBlanks(values[i]);
@@ -512,7 +513,6 @@ size_t IndexedIni::SetValues(const char* app, const char* const* keys,
       found = static_cast<int>(m_sections.size()) - 1;
     } else {
       Section& section = m_sections[found];
-      IniLine parse;
       uint32_t hash;
       bool screened;
       const int64_t entry = FindKey(section, TrimBlanks(lineKey), &parse, &hash, &screened);
@@ -705,14 +705,15 @@ bool IndexedIni::AppendPlainEntry(Section& section, std::string_view key, std::s
   to += value.size();
   to[0] = '\r';
   to[1] = '\n';
-  Line line;
+  // Written where it goes, field by field: a Line built aside and copied in whole is read
+  // back before its fields are stored, which stalls the copy.
+  const uint32_t index = static_cast<uint32_t>(section.lines.size());
+  Line& line = section.lines.emplace_back();
   line.at = static_cast<uint32_t>(end);
   line.breakAt = static_cast<uint32_t>(key.size() + 1 + value.size());
   line.size = line.breakAt + 2;
   line.flags = kChanged | kHasValue;
   m_units += line.size;
-  const uint32_t index = static_cast<uint32_t>(section.lines.size());
-  section.lines.push_back(line);
   // AddEntry is only asked for a key the section does not have.
   section.entries.InsertAbsent(keyHash, index);
   return true;

@@ -176,9 +176,9 @@ class IndexedIni {
 
   uint32_t ReadValue(const char* app, const char* key, const char* defaultText, char* buffer,
                      uint32_t size) const;
-  // The entry a value read of `key` in section `app` finds (both trimmed), with what it says,
-  // or nullptr.
-  const Line* FindValueLine(const char* app, const char* key, IniLine* parse) const;
+  // The entry a value read of `key` in section `app` finds (both trimmed), with the range of
+  // its value; nullptr when there is none or it has no '='.
+  const Line* FindValueLine(const char* app, const char* key, UnitRange* value) const;
   uint32_t ListSectionNames(char* buffer, uint32_t size) const;
   uint32_t ListKeyNames(const char* app, const char* defaultText, char* buffer,
                         uint32_t size) const;
@@ -250,7 +250,7 @@ class IndexedIni {
     int section = -1;
     uint32_t entry = 0;
     Line line;
-    IniLine parse;
+    UnitRange value;
     uint32_t compactions = 0;
   };
   mutable RecentEntry m_recentEntry;

@@ -58,17 +58,6 @@ void DecodeValue(Encoding encoding, const char* text, long* value) {
   *value = decoded;
 }
 
-ShortText::ShortText(const KeyParts& pieces) {
-  const std::size_t size = pieces.size();
-  if (size < kRoom) {
-    pieces.CopyTo(m_text);
-    m_size = static_cast<unsigned char>(size);
-  } else {
-    m_text[0] = '\0';
-    m_fits = false;
-  }
-}
-
 KeyTarget::KeyTarget(State state, const char* file, const KeyParts& section,
                      std::string_view fill)
     : m_state(state), m_file(file), m_section(section), m_fill(fill) {}

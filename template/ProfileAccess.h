@@ -68,7 +68,16 @@ void DecodeValue(Encoding encoding, const char* text, CString* value);
 // room to spare; one that would not is kept empty and marked, and the call that needs it fails.
 class ShortText {
  public:
-  explicit ShortText(const KeyParts& pieces);
+  explicit ShortText(const KeyParts& pieces) {
+    const std::size_t size = pieces.size();
+    if (size < kRoom) {
+      pieces.CopyTo(m_text);
+      m_size = static_cast<unsigned char>(size);
+    } else {
+      m_text[0] = '\0';
+      m_fits = false;
+    }
+  }
   explicit ShortText(std::string_view text = {}) : ShortText(KeyParts{text, {}, {}}) {}
   bool fits() const { return m_fits; }
   const char* c_str() const { return m_text; }
