@@ -32,7 +32,7 @@ bool LookUpLayoutSection(const CString& file, char (&room)[kShortRead], KeyParts
   room[0] = '\0';
   GetPrivateProfileStringA(background::kSection, background::kCurrentButtons.keys[0], kNoCount,
                            room, kShortRead, file);
-  if (std::strcmp(room, kNoCount) == 0) return false;
+  if (room[0] == kNoCount[0] && std::strcmp(room, kNoCount) == 0) return false;
   if (!IsPrintedCount(room)) {
     const IntegerDigits printed(std::atoi(room));
     std::strcpy(room, printed.c_str());

@@ -55,16 +55,23 @@ void End(EditSession& session) {
   session.lock.reset();
 }
 
+// The session and file argument of the last call that reached an edit: calls come in long runs
+// on one file by one name. Kept apart from ThreadEdits, with nothing to construct or destroy,
+// so that such a call finds it without the set-up of the thread's list; forgotten whenever a
+// session leaves the list.
+struct LastEdit {
+  EditSession* session;
+  size_t name;  // the index of the file argument in session->names
+};
+thread_local LastEdit t_last{nullptr, 0};
+
 struct ThreadEdits {
   std::vector<std::shared_ptr<EditSession>> sessions;
   std::vector<std::string> notEdited;  // file arguments known to lead elsewhere
-  // The session and file argument of the last call that reached an edit: calls come in long
-  // runs on one file by one name. Forgotten whenever a session leaves the list.
-  EditSession* last = nullptr;
-  std::string lastName;
 
   // A thread that ends with edits never dropped releases their locks.
   ~ThreadEdits() {
+    t_last = LastEdit{nullptr, 0};
     for (auto& session : sessions)
       if (session->pid == os::ProcessId()) End(*session);
   }
@@ -77,7 +84,7 @@ struct ThreadEdits {
     if (gone != sessions.end()) {
       sessions.erase(gone, sessions.end());
       notEdited.clear();
-      last = nullptr;
+      t_last = LastEdit{nullptr, 0};
     }
   }
 };
@@ -210,18 +217,19 @@ Status ProfileEdit::Commit() {
 }
 
 StagedProfile* StagedFileFor(const char* file) {
+  if (!file || !*file) return nullptr;
+  const LastEdit last = t_last;
+  if (last.session && last.session->open.load() && last.session->pid == os::ProcessId() &&
+      IsSameName(last.session->names[last.name], file))
+    return last.session->staged.get();
   ThreadEdits& edits = t_edits;
-  if (edits.sessions.empty() || !file || !*file) return nullptr;
-  if (edits.last && edits.last->open.load() && edits.last->pid == os::ProcessId() &&
-      IsSameName(edits.lastName, file))
-    return edits.last->staged.get();
+  if (edits.sessions.empty()) return nullptr;
   edits.Prune();
   const std::string_view asked(file);
   for (auto& session : edits.sessions) {
-    for (const std::string& name : session->names) {
-      if (std::string_view(name) == asked) {
-        edits.last = session.get();
-        edits.lastName = name;
+    for (size_t i = 0; i < session->names.size(); ++i) {
+      if (std::string_view(session->names[i]) == asked) {
+        t_last = LastEdit{session.get(), i};
         return session->staged.get();
       }
     }
