@@ -53,7 +53,8 @@ inline std::string_view TrimBlanks(std::string_view text) {
 
 // Whether `kept` (a name kept from an earlier call, with no NUL in it) is the C string `text`.
 inline bool IsSameName(const std::string& kept, const char* text) {
-  return std::strncmp(kept.c_str(), text, kept.size() + 1) == 0;
+  // strcmp stops where `kept` ends (its NUL is its only one), as a bounded compare would.
+  return std::strcmp(kept.c_str(), text) == 0;
 }
 
 // The rules below read any text of units: `Text` gives its size() and its unit at [i] as a
