@@ -74,7 +74,24 @@ TEST(IndexedIniEdit, RandomCallsGiveTheBytesAndReadsOfTheTextEdits) {
       if (kind == 0) key = nullptr;
       if (kind == 1) value = nullptr;
       SCOPED_TRACE(testing::Message() << "round " << round << " call " << call);
-      if (kind < 6) {
+      if (kind == 5) {
+        // Several keys of one section at once, as that many writes one after another.
+        const char* keys[3];
+        const char* values[3];
+        const size_t count = 1 + random() % 3;
+        size_t changes = 0;
+        for (size_t i = 0; i < count; ++i) {
+          keys[i] = kNames[random() % std::size(kNames)];
+          values[i] = kValues[random() % std::size(kValues)];
+          const IniDocument document(bytes);
+          if (auto changed = EditProfileText(document, bytes, app, keys[i], values[i])) {
+            bytes = *changed;
+            ++changes;
+          }
+        }
+        EXPECT_EQ(indexed.SetValues(app, keys, values, count), changes);
+        ASSERT_EQ(indexed.Bytes(), bytes);
+      } else if (kind < 6) {
         const IniDocument document(bytes);
         std::optional<std::string> changed = EditProfileText(document, bytes, app, key, value);
         EXPECT_EQ(indexed.Write(app, key, value), changed.has_value());
