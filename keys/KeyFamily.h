@@ -1,7 +1,7 @@
 // How the template's keys are described: a family of keys per accessor, with its encoding and
-// read buffer, and the text that marks a key as missing. Pure data, shared by the accessors of
-// CMenuTemplate and by the renderer, which reads the same keys: a key's name is written once,
-// in the tables beside this file. No code and no state.
+// read buffer, and the text that marks a key as missing; and how a key's name is made from its
+// pattern. Shared by the accessors of CMenuTemplate and by the renderer, which reads the same
+// keys: a key's name is written once, in the tables beside this file. No state.
 #ifndef TOLVEX_KEYS_KEYFAMILY_H
 #define TOLVEX_KEYS_KEYFAMILY_H
 
@@ -81,11 +81,14 @@ struct KeyParts {
   }
 
  private:
+  // Copies `n` bytes, kSize <= n <= 2 * kSize, in two moves of kSize bytes that overlap.
   template <std::size_t kSize>
-  static void Move(const char* from, char* to) {
-    char word[kSize];
-    std::memcpy(word, from, kSize);
-    std::memcpy(to, word, kSize);
+  static void CopyInTwo(const char* from, char* to, std::size_t n) {
+    char first[kSize], last[kSize];
+    std::memcpy(first, from, kSize);
+    std::memcpy(last, from + n - kSize, kSize);
+    std::memcpy(to, first, kSize);
+    std::memcpy(to + n - kSize, last, kSize);
   }
   static char* CopyPiece(std::string_view piece, char* to) {
     const std::size_t n = piece.size();
@@ -93,17 +96,13 @@ struct KeyParts {
     if (n > 32) {
       std::memcpy(to, from, n);
     } else if (n >= 16) {
-      Move<16>(from, to);
-      Move<16>(from + n - 16, to + n - 16);
+      CopyInTwo<16>(from, to, n);
     } else if (n >= 8) {
-      Move<8>(from, to);
-      Move<8>(from + n - 8, to + n - 8);
+      CopyInTwo<8>(from, to, n);
     } else if (n >= 4) {
-      Move<4>(from, to);
-      Move<4>(from + n - 4, to + n - 4);
+      CopyInTwo<4>(from, to, n);
     } else if (n >= 2) {
-      Move<2>(from, to);
-      Move<2>(from + n - 2, to + n - 2);
+      CopyInTwo<2>(from, to, n);
     } else if (n == 1) {
       *to = *from;
     }
