@@ -69,8 +69,8 @@ class FileSizeSignalGuard {
   bool m_wasPending = false;
 };
 
+// Writes all of `bytes`; the caller blocks SIGXFSZ around it (FileSizeSignalGuard).
 Status WriteAll(int fd, std::string_view bytes) {
-  FileSizeSignalGuard guard;
   while (!bytes.empty()) {
     ssize_t written = sys::Write(fd, bytes.data(), bytes.size());
     if (written < 0) return StatusFromErrno(errno);
@@ -249,7 +249,11 @@ Status ReplaceAtomically(const std::string& target, const os::ContentSource& con
   if (!status.ok()) return status;
   ApplyAttributes(pending.fd(), existed ? &old : nullptr, mode);
 
-  status = content([&](std::string_view piece) { return WriteAll(pending.fd(), piece); });
+  {
+    // Blocked once for all the pieces rather than around each: four system calls a piece.
+    FileSizeSignalGuard guard;
+    status = content([&](std::string_view piece) { return WriteAll(pending.fd(), piece); });
+  }
   if (!status.ok()) return status;
   if (sys::Fsync(pending.fd()) != 0) return StatusFromErrno(errno);
   status = pending.Name();
