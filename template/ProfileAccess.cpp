@@ -73,14 +73,14 @@ KeyTarget KeyTarget::Inert() { return KeyTarget(State::Inert, nullptr, KeyParts{
 
 int KeyTarget::WriteKeys(const KeyPattern* patterns, const char* const* values,
                          std::size_t count) const {
-  // The key names one after another, each ended by a NUL, in place: the template's names are
-  // all far shorter than a quarter of it.
-  char names[256];
+  // The key names one after another, each ended by a NUL, in place, with the room of a
+  // ShortText each: a name that would not fit one fails the call, as a read of it does.
+  char names[kMaxFamilyKeys * ShortText::kRoom];
   char* to = names;
   std::array<const char*, kMaxFamilyKeys> keys;
   for (std::size_t i = 0; i < count; ++i) {
     const KeyParts parts = FillKeyPattern(patterns[i], m_fill.view());
-    if (parts.size() >= sizeof names / kMaxFamilyKeys) return 0;
+    if (parts.size() >= ShortText::kRoom) return 0;
     keys[i] = to;
     to = parts.CopyTo(to);
   }

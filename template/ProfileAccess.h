@@ -83,8 +83,10 @@ class ShortText {
   const char* c_str() const { return m_text; }
   std::string_view view() const { return std::string_view(m_text, m_size); }
 
- private:
+  // The bytes a name may take, its NUL included.
   static constexpr std::size_t kRoom = 48;
+
+ private:
   char m_text[kRoom];
   unsigned char m_size = 0;
   bool m_fits = true;
